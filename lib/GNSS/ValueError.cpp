@@ -1,0 +1,11 @@
+#include "GNSS/ValueError.h"
+
+#include "PROGINC/EndProgram.h"
+
+#include <iostream>
+
+void ValueError(const char* type, const char* text) {
+  std::cout << "\n**** " << type << ": Error -> " << text << " ****\n     Exiting class " << type
+            << " ... " << std::endl;
+  EndProgram();
+}

@@ -1,0 +1,16 @@
+#include "PROGINC/ProgramError.h"
+
+#include "PROGINC/EndProgram.h"
+
+#include <iostream>
+
+void ProgramError(const char* prog, const char* text) {
+  std::cerr << "\n**** " << prog << ": Error -> " << text << " ****\n     Exiting " << prog
+            << " ... \n\n";
+  EndProgram();
+}
+
+void ProgramWarning(const char* prog, const char* text) {
+  std::cerr << "\n#### " << prog << ": Warning -> " << text << " ####\n     Continuing " << prog
+            << " ... \n\n";
+}
