@@ -10,7 +10,7 @@ inline unsigned short NDecH = 4;    ///< decimals of height
 inline unsigned short WidthFL = 12; ///< field width of latitude and longitude
 inline unsigned short WidthH = 10;  ///< field width of height
 /// Angles as 0 radians, 1 degrees, 2 packed D.MMSS, 3 separate degrees, minutes and seconds.
-/// Any other value leaves the angles out, on output and on input.
+/// Any other value leaves the angles out; they then read as 0.
 inline unsigned short Unit = 0;
 } // namespace flhns
 

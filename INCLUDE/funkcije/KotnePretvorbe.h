@@ -2,6 +2,7 @@
 #define FUNKCIJE_KOTNEPRETVORBE_H
 
 #include <cmath>
+#include <concepts>
 #include <limits>
 #include <string>
 
@@ -12,14 +13,14 @@ namespace anglens {
 inline constexpr double Pi = 3.141592653589793;
 
 /// An angle cut into whole degrees, whole minutes and seconds.
-template <typename T> struct DegMinSec {
+template <std::floating_point T> struct DegMinSec {
   int d;
   int m;
   T s;
 };
 
 /// \p x rounded down to an int; the nearest limit beyond its range, 0 for not a number.
-template <typename T> int WholePart(T x) {
+template <std::floating_point T> int WholePart(T x) {
   if (std::isnan(x)) return 0;
   if (x >= static_cast<T>(std::numeric_limits<int>::max())) return std::numeric_limits<int>::max();
   if (x <= static_cast<T>(std::numeric_limits<int>::min())) return std::numeric_limits<int>::min();
@@ -27,7 +28,7 @@ template <typename T> int WholePart(T x) {
 }
 
 /// Cuts the packed angle \p a >= 0.
-template <typename T> DegMinSec<T> SplitPacked(T a) {
+template <std::floating_point T> DegMinSec<T> SplitPacked(T a) {
   const int d = WholePart(a);
   const int m = WholePart(100 * (a - static_cast<T>(d)));
   return {d, m, 100 * (100 * (a - static_cast<T>(d)) - static_cast<T>(m))};
@@ -35,13 +36,13 @@ template <typename T> DegMinSec<T> SplitPacked(T a) {
 } // namespace anglens
 
 /// Degrees to radians.
-template <typename T> T deg2rad(T x) { return static_cast<T>(anglens::Pi) * (x / 180); }
+template <std::floating_point T> T deg2rad(T x) { return static_cast<T>(anglens::Pi) * (x / 180); }
 
 /// Radians to degrees.
-template <typename T> T rad2deg(T x) { return 180 * x / static_cast<T>(anglens::Pi); }
+template <std::floating_point T> T rad2deg(T x) { return 180 * x / static_cast<T>(anglens::Pi); }
 
 /// Packed D.MMSS of either sign to radians.
-template <typename T> T dms2rad(T x) {
+template <std::floating_point T> T dms2rad(T x) {
   const auto [d, m, s] = anglens::SplitPacked(std::fabs(x));
   const T rad = deg2rad(s / 3600 + static_cast<T>(m) / 60 + static_cast<T>(d));
   return x < 0 ? -rad : rad;
@@ -49,7 +50,7 @@ template <typename T> T dms2rad(T x) {
 
 /// Radians of either sign to packed D.MMSS. Seconds are not rounded: an angle a rounding error
 /// below a full minute comes out as 59.99... seconds.
-template <typename T> T rad2dms(T x) {
+template <std::floating_point T> T rad2dms(T x) {
   const T g = rad2deg(std::fabs(x));
   const int d = anglens::WholePart(g);
   const int m = anglens::WholePart(60 * (g - static_cast<T>(d)));
