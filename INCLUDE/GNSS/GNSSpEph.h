@@ -131,32 +131,33 @@ private:
   void ReadFileData(LineSource& source);
   void SetLfact();
 
+  void CheckCounts(long satellites, long characters) const;
   void ReadRecord(std::string_view line, long record);
   void WarnOutsideFile(const mjd& t) const;
   long FindSatellite(unsigned short satellite) const;
-  Span NodeSpan(long double intervals, int half) const;
+  Span NodeSpan(int half) const;
   bool AddPositions(long index, Span span);
   void AddClocks(long index, Span span);
-  bool SetEmissionEpoch(const mjd& t, long double travel);
+  bool SetEmissionEpoch(const mjd& t, long double shift);
   [[noreturn]] void GNSSpEphError(const char* text) const;
 
-  char sp3file[256] = "";                ///< file name
-  char version = 0;                      ///< version letter of the file
-  char flag = 0;                         ///< P: positions, V: velocities too; not tested
-  int nepoch = 0;                        ///< epochs of the header
-  short nsat = 0;                        ///< satellites of the header
-  mjd StartEpoch;                        ///< first epoch; once read, the epoch behind the last
-  long double interval = 0;              ///< [s] between epochs
-  long double posBase = 0;               ///< base of the position exponents
-  long double clkBase = 0;               ///< base of the clock exponents
-  int nPtsPos = 7;                       ///< half the nodes of a position
-  int nPtsTime = 2;                      ///< half the nodes of a clock
-  matrix<long double> Lfact;             ///< Lagrange denominators of the positions, in hours
-  matrix<long double> LfactDT;           ///< Lagrange denominators of the clocks, in hours
-  long double OMEGAz = 7.2921151467e-5L; ///< [rad/s] Earth rotation, IS-GPS-200
-  xyzt p0;                               ///< position under way
-  xyzt v0;                               ///< velocity under way
-  mjd ephr;                              ///< epoch of the last evaluation
+  char sp3file[256] = "";               ///< file name
+  char version = 0;                     ///< version letter of the file
+  char flag = 0;                        ///< P: positions, V: velocities too; not tested
+  int nepoch = 0;                       ///< epochs of the header
+  short nsat = 0;                       ///< satellites of the header
+  mjd StartEpoch;                       ///< first epoch; once read, the epoch behind the last
+  long double interval = 0;             ///< [s] between epochs
+  long double posBase = 0;              ///< base of the position exponents
+  long double clkBase = 0;              ///< base of the clock exponents
+  int nPtsPos = 7;                      ///< half the nodes of a position
+  int nPtsTime = 2;                     ///< half the nodes of a clock
+  matrix<long double> Lfact;            ///< Lagrange denominators of the positions, in hours
+  matrix<long double> LfactDT;          ///< Lagrange denominators of the clocks, in hours
+  long double OMEGAz = 7.2921151467e-5; ///< [rad/s] Earth rotation, IS-GPS-200; the double
+  xyzt p0;                              ///< position under way
+  xyzt v0;                              ///< velocity under way
+  mjd ephr;                             ///< epoch of the last evaluation
 
   friend struct GNSSpEphPeer;
 };

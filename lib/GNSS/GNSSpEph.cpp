@@ -1,0 +1,385 @@
+#include "GNSS/GNSSpEph.h"
+
+#include "GNSS/gnssobs.h"
+#include "PROGINC/EndProgram.h"
+#include "PROGINC/LineSource.h"
+#include "PROGINC/ProgramError.h"
+#include "PROGINC/TextNumber.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iostream>
+#include <limits>
+#include <string>
+
+namespace {
+
+// Columns of SP3-c, counted from 0.
+constexpr std::size_t kHeaderLimit = 99;  // longest header line
+constexpr std::size_t kRecordLimit = 115; // longest line of an epoch block
+constexpr std::size_t kColVersion = 1;
+constexpr std::size_t kColFlag = 2;
+constexpr std::size_t kColEpochs = 32;
+constexpr std::size_t kColInterval = 23;
+constexpr std::size_t kColDay = 38;
+constexpr std::size_t kColDayFraction = 44;
+constexpr std::size_t kColSatellites = 4;
+constexpr std::size_t kColList = 9; // identifiers and exponents: 17 of 3 characters
+constexpr std::size_t kColPositionBase = 2;
+constexpr std::size_t kColClockBase = 13;
+constexpr std::size_t kColRecordSatellite = 1;
+constexpr std::size_t kColX = 4; // coordinates and clock: 14 characters each
+constexpr std::size_t kColY = 18;
+constexpr std::size_t kColZ = 32;
+constexpr std::size_t kColClock = 46;
+constexpr std::size_t kBareRecord = 60; // a longer record has accuracies
+constexpr std::size_t kColSigX = 61;    // exponents: 2 characters each
+constexpr std::size_t kColSigY = 64;
+constexpr std::size_t kColSigZ = 67;
+constexpr std::size_t kColSigClock = 70; // 3 characters
+
+constexpr int kListLines = 5;
+constexpr int kListPerLine = 17;
+
+constexpr long double kLightSpeed = 299792458.0L; // [m/s]
+constexpr long double kSecondsPerHour = 3600.0L;
+constexpr double kClockMarker = 999999.0;  // [us] in the file (with decimals), [s] in the tables
+constexpr long double kMicrosecond = 1e-6; // [s], the double
+constexpr double kLargestClock = 0.9;      // [s]
+constexpr double kOnNode = 1e-10;          // [h]
+constexpr long double kOutside = 900.0L;   // [s]
+constexpr int kMostPasses = 10;            // of the travel-time iteration
+constexpr int kMostPoints = 100;           // half the nodes of an interpolation
+constexpr long double kLongestInterval = 86400.0L * 200000; // [s] range of mjd
+// A signal under way for longer than a day comes from no satellite of this file.
+constexpr long double kLongestTravel = 86400.0L; // [s]
+// Announced records of a file that was cut off are allowed up to here, more only if the file
+// has the characters for them: x, y and z alone end in column 46.
+constexpr long kCutFileRecords = 500000;
+constexpr long kShortestRecord = 46;
+
+// Letter, tens digit (or a blank), units digit.
+short SatelliteNumber(std::string_view line, std::size_t column) {
+  const char tens = Column(line, column + 1);
+  const char units = Column(line, column + 2);
+  const int number = (tens == ' ' ? 0 : 10 * (tens - '0')) + (units - '0');
+  switch (Column(line, column)) {
+  case 'R':
+    return static_cast<short>(number + 100);
+  case 'E':
+    return static_cast<short>(number + 200);
+  default:
+    return static_cast<short>(number);
+  }
+}
+
+short Exponent(std::string_view line, std::size_t column) {
+  return static_cast<short>(ToInt(Columns(line, column, 3)));
+}
+
+// Fills the list from five lines of 17 fields; lines behind the last entry are read as well.
+template <typename Decode>
+void ReadList(LineSource& source, std::string_view line, matrix<short>& list, Decode decode) {
+  long filled = 0;
+  for (int row = 0; row < kListLines; ++row) {
+    if (row > 0) source.Next(line, kHeaderLimit);
+    for (std::size_t field = 0; field < kListPerLine && filled < list.NRow(); ++field)
+      list(filled++) = decode(line, kColList + 3 * field);
+  }
+}
+
+long double Coordinate(std::string_view line, std::size_t column) {
+  return ToDouble(Columns(line, column, 14)) * 1000.0L; // km to m
+}
+
+// Standard deviation unit * base^exponent, 0 where the line ends before the last digit.
+long double Deviation(std::string_view line, std::size_t column, std::size_t width, double unit,
+                      long double base) {
+  if (line.size() < column + width) return 0;
+  return unit * std::pow(base, static_cast<long double>(ToInt(Columns(line, column, width))));
+}
+
+// Products and sums over the nodes other than the k-th, in the order of the nodes.
+struct NodeTerms {
+  long double product = 1;        // of all tau
+  long double productOffNode = 1; // of those that are not 0
+  long double sum = 0;            // of 1/tau; 1 where one of them is 0
+};
+
+NodeTerms TermsOfNode(const long double* tau, long nodes, long k) {
+  NodeTerms terms;
+  bool onOther = false;
+  for (long m = 0; m < nodes; ++m) {
+    if (m == k) continue;
+    terms.product *= tau[m];
+    if (!(std::fabs(tau[m]) > kOnNode)) {
+      onOther = true;
+      continue;
+    }
+    terms.productOffNode *= tau[m];
+    terms.sum += 1.0L / tau[m];
+  }
+  if (onOther) terms.sum = 1.0L;
+  return terms;
+}
+
+using Times = std::array<long double, 2 * kMostPoints>;
+
+// Hours from the nodes first to last to t.
+Times HoursFromNodes(const matrix<mjd>& epoch, const mjd& t, long first, long last) {
+  Times tau{};
+  for (long m = first; m <= last; ++m)
+    tau[static_cast<std::size_t>(m - first)] = (t - epoch(m)) / kSecondsPerHour;
+  return tau;
+}
+
+matrix<long double> LagrangeDenominators(long double interval, int nodes) {
+  matrix<long double> denominators(nodes, 1, 1.0L);
+  for (int i = 0; i < nodes; ++i) {
+    for (int j = 0; j < nodes; ++j) {
+      if (j == i) continue;
+      denominators(i) *= interval * static_cast<long double>(i - j) / kSecondsPerHour;
+    }
+  }
+  return denominators;
+}
+
+} // namespace
+
+void GNSSpEph::SetFile(const char* name) { CopyText(name, sp3file); }
+
+void GNSSpEph::ReadFile() {
+  LineSource source = LineSource::FromFile(sp3file);
+  ReadFileHeader(source);
+  ReadFileData(source);
+  SetLfact();
+}
+
+void GNSSpEph::ReadFileHeader(LineSource& source) {
+  const long characters = static_cast<long>(source.Rest().size());
+  std::string_view line;
+
+  source.Next(line, kHeaderLimit);
+  version = Column(line, kColVersion);
+  flag = Column(line, kColFlag);
+  nepoch = ToInt(Columns(line, kColEpochs));
+
+  source.Next(line, kHeaderLimit);
+  interval = ToDouble(Columns(line, kColInterval));
+  // Epochs could not be told apart, or not be counted on: as good as no interval.
+  if (std::fabs(interval) > kLongestInterval) interval = 0;
+  StartEpoch.Set(static_cast<unsigned>(ToInt(Columns(line, kColDay))),
+                 86400.0L * ToDouble(Columns(line, kColDayFraction)));
+
+  source.Next(line, kHeaderLimit);
+  const int satellites = ToInt(Columns(line, kColSatellites));
+  CheckCounts(satellites, characters);
+  nsat = static_cast<short>(satellites);
+  satList.Resize(nsat);
+  satListSig.Resize(nsat);
+  ReadList(source, line, satList, SatelliteNumber);
+  source.Next(line, kHeaderLimit);
+  ReadList(source, line, satListSig, Exponent);
+
+  for (int skipped = 13; skipped <= 14; ++skipped) source.Skip(kHeaderLimit);
+  source.Next(line, kHeaderLimit);
+  posBase = ToDouble(Columns(line, kColPositionBase));
+  clkBase = ToDouble(Columns(line, kColClockBase));
+  for (int skipped = 16; skipped <= 22; ++skipped) source.Skip(kHeaderLimit);
+}
+
+// A file that was cut off is read as far as it goes, so a count is wrong only where no file
+// like this could hold it.
+void GNSSpEph::CheckCounts(long satellites, long characters) const {
+  const long most = std::max(characters / kShortestRecord, kCutFileRecords);
+  const bool fits = nepoch >= 0 && satellites >= 0 &&
+                    satellites <= std::numeric_limits<short>::max() &&
+                    nepoch * (satellites + 1) <= most;
+  if (fits) return;
+  const std::string text = "NUMBER OF EPOCHS (" + std::to_string(nepoch) + ") OR SATELLITES (" +
+                           std::to_string(satellites) + ") NOT VALID IN PRECISE ORBIT FILE " +
+                           sp3file + "!";
+  GNSSpEphError(text.c_str());
+}
+
+void GNSSpEph::ReadFileData(LineSource& source) {
+  const long records = static_cast<long>(nsat) * nepoch;
+  epoch.Resize(nepoch);
+  sat.Resize(records);
+  sPos.Resize(records);
+  sPosSig.Resize(records);
+
+  std::string_view line;
+  for (int k = 0; k < nepoch; ++k) {
+    source.Skip(kRecordLimit);
+    epoch(k) = StartEpoch;
+    for (int i = 0; i < nsat; ++i) {
+      source.Next(line, kRecordLimit);
+      if (!line.empty()) ReadRecord(line, static_cast<long>(nsat) * k + i);
+    }
+    StartEpoch += interval;
+  }
+}
+
+void GNSSpEph::ReadRecord(std::string_view line, long record) {
+  sat(record) = SatelliteNumber(line, kColRecordSatellite);
+  if (Column(line, 0) != 'P') return;
+  const double clock = ToDouble(Columns(line, kColClock, 14)); // [us]
+  xyzt& position = sPos(record);
+  position.Set(Coordinate(line, kColX), Coordinate(line, kColY), Coordinate(line, kColZ),
+               clock * kMicrosecond);
+  if (line.size() <= kBareRecord) return;
+  if (std::fabs(clock - kClockMarker) < 2.0) {
+    position.SetT(kClockMarker);
+    return;
+  }
+  sPosSig(record).Set(Deviation(line, kColSigX, 2, 0.001, posBase),
+                      Deviation(line, kColSigY, 2, 0.001, posBase),
+                      Deviation(line, kColSigZ, 2, 0.001, posBase),
+                      Deviation(line, kColSigClock, 3, 1e-12, clkBase));
+}
+
+void GNSSpEph::SetLfact() {
+  Lfact = LagrangeDenominators(interval, 2 * nPtsPos);
+  LfactDT = LagrangeDenominators(interval, 2 * nPtsTime);
+}
+
+void GNSSpEph::SetNInterpPoints(int n) {
+  if (n < 1 || n > kMostPoints) GNSSpEphError("NUMBER OF INTERPOLATION POINTS NOT VALID!");
+  nPtsPos = n;
+  SetLfact();
+}
+
+void GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, xyzt& pos, xyzt& vel) {
+  WarnOutsideFile(t);
+  ephr = t;
+  PSisOK = DTisOK = false;
+  const long index = FindSatellite(satellite);
+  if (index < 0 || interval == 0) return;
+
+  PSisOK = DTisOK = true;
+  p0 = v0 = xyzt();
+  if (!AddPositions(index, NodeSpan(nPtsPos))) {
+    PSisOK = DTisOK = false;
+    return;
+  }
+  AddClocks(index, NodeSpan(nPtsTime));
+  pos = p0;
+  vel = v0;
+}
+
+void GNSSpEph::WarnOutsideFile(const mjd& t) const {
+  if (epoch(0) - t > kOutside || t - epoch(nepoch - 1) > kOutside)
+    ProgramWarning("Zenta", "CALCULATION EPOCH NOT IN EPOCH INTERVAL OF INPUT PRECISE ORBIT FILE!");
+}
+
+long GNSSpEph::FindSatellite(unsigned short satellite) const {
+  for (long i = 0; i < satList.NRow(); ++i)
+    if (satList(i) == satellite) return i;
+  return -1;
+}
+
+// With fewer epochs than nodes the first node is negative, which the container reports.
+GNSSpEph::Span GNSSpEph::NodeSpan(int half) const {
+  // Kept within the file, plus room for the clamping below: far outside, the quotient is beyond
+  // the range of whole numbers.
+  const long double intervals =
+      std::clamp((ephr - epoch(0)) / interval, -1.0L, static_cast<long double>(nepoch));
+  const long at = static_cast<long>(intervals);
+  Span span{at - half + 1, at + half};
+  if (span.first < 0) span = {0, 2L * half - 1};
+  if (span.last > nepoch - 1) span = {nepoch - 2L * half, nepoch - 1L};
+  return span;
+}
+
+// Derivative of a Lagrange term: the product without one factor, summed over the factors; on a
+// node all but one of these products are 0, so the rest product stands alone.
+bool GNSSpEph::AddPositions(long index, Span span) {
+  const Times tau = HoursFromNodes(epoch, ephr, span.first, span.last);
+  const long nodes = span.last - span.first + 1;
+  for (long k = 0; k < nodes; ++k) {
+    const xyzt& node = sPos(nsat * (span.first + k) + index);
+    if (std::fabs(node.GetX()) + std::fabs(node.GetY()) + std::fabs(node.GetZ()) < 1.0L)
+      return false;
+    const NodeTerms terms = TermsOfNode(tau.data(), nodes, k);
+    const long double a = terms.product;
+    const long double b = terms.productOffNode;
+    const long double s = terms.sum;
+    const long double denominator = Lfact(k);
+    p0.SetX(p0.GetX() + a * node.GetX() / denominator);
+    p0.SetY(p0.GetY() + a * node.GetY() / denominator);
+    p0.SetZ(p0.GetZ() + a * node.GetZ() / denominator);
+    v0.SetX(v0.GetX() + s * b * node.GetX() / denominator / kSecondsPerHour);
+    v0.SetY(v0.GetY() + s * b * node.GetY() / denominator / kSecondsPerHour);
+    v0.SetZ(v0.GetZ() + s * b * node.GetZ() / denominator / kSecondsPerHour);
+  }
+  return true;
+}
+
+void GNSSpEph::AddClocks(long index, Span span) {
+  const Times tau = HoursFromNodes(epoch, ephr, span.first, span.last);
+  const long nodes = span.last - span.first + 1;
+  for (long k = 0; k < nodes; ++k) {
+    const long double clock = sPos(nsat * (span.first + k) + index).GetT();
+    if (std::fabs(clock) > kLargestClock) {
+      DTisOK = false;
+      return;
+    }
+    p0.SetT(p0.GetT() + TermsOfNode(tau.data(), nodes, k).product * clock / LfactDT(k));
+  }
+}
+
+// False, and no valid position, when the shift [s] is none that a signal can take.
+bool GNSSpEph::SetEmissionEpoch(const mjd& t, long double shift) {
+  if (!(std::fabs(shift) <= kLongestTravel)) {
+    PSisOK = DTisOK = false;
+    return false;
+  }
+  ephr = t;
+  ephr += shift;
+  return true;
+}
+
+long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec,
+                                      xyzt& pos, xyzt& vel) {
+  WarnOutsideFile(t);
+  long double tau = -0.075; // [s], the double
+  long double change = 1;   // [m]
+  long double range = 0;    // [m]
+  int count = 0;
+  while (change > 1e-5 && count <= kMostPasses) {
+    if (!SetEmissionEpoch(t, tau)) return -1;
+    CalcSatPosition(satellite, ephr, pos, vel);
+    if (!PSisOK) return -1;
+    ps = rec.RotateZ(OMEGAz * -tau);
+    range = (ps - pos).GetLength();
+    change = std::fabs(range + kLightSpeed * tau);
+    tau = -range / kLightSpeed;
+    ++count;
+  }
+  if (count > kMostPasses)
+    ProgramWarning("Zenta", "CalcSatPosition():      TO MANY ITERATIONS: > 10!!");
+
+  constexpr long double c = kLightSpeed;
+  Relativity = 2.0L * (pos.GetX() * (vel.GetX() / c) / c + pos.GetY() * (vel.GetY() / c) / c +
+                       pos.GetZ() * (vel.GetZ() / c) / c);
+  pos.SetT(pos.GetT() - Relativity);
+  return range;
+}
+
+long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec,
+                                      xyzt& pos, xyzt& vel, const gnssobs& obs) {
+  WarnOutsideFile(t);
+  const long double tau = obs.GetObs() / kLightSpeed; // [s]
+  if (!SetEmissionEpoch(t, -tau)) return -1;
+  CalcSatPosition(satellite, ephr, pos, vel);
+  ps = rec.RotateZ(OMEGAz * tau);
+  return (ps - pos).GetLength();
+}
+
+void GNSSpEph::GNSSpEphError(const char* text) const {
+  std::cout << "\n**** GNSSpEph: Error -> " << text << " ****\n     Exiting GNSSpEph ... \n\n"
+            << std::flush;
+  EndProgram();
+}
