@@ -37,7 +37,7 @@ public:
   /// \param disp       displacement [m], Earth-fixed
   /// Latitude and longitude of the K1 correction are those of SetGeodPos; where none was set the
   /// correction is 0.
-  /// Source: IERS Conventions (1996), 7.1.2, equations 5 and 13.
+  /// Source: IERS Standards (1992), chapter 7, displacement of stations.
   void SolidEarthTide(const mjd& t, const xyz& unitPoint, const long double& radius, xyz& disp);
 
   /// Squared eccentricity of the latitude conversions; 0 leaves latitudes as they are.

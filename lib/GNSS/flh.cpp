@@ -1,10 +1,11 @@
 #include "GNSS/flh.h"
 
 #include "GNSS/CoordinateField.h"
-#include "PROGINC/EndProgram.h"
+#include "GNSS/ValueError.h"
 #include "funkcije/KotnePretvorbe.h"
 
-#include <iostream>
+#include <istream>
+#include <ostream>
 
 namespace {
 
@@ -12,12 +13,6 @@ enum AngleUnit : unsigned short { kRadians = 0, kDegrees = 1, kPacked = 2, kSepa
 
 // Degrees in the checks: a value that is not a number is outside of every range.
 bool IsWithin(long double value, long double bound) { return value >= -bound && value <= bound; }
-
-[[noreturn]] void ReportPosition(const char* type, const char* msg) {
-  std::cout << "\n**** " << type << ": Error -> " << msg << " ****\n     Exiting class " << type
-            << " ... " << std::endl;
-  EndProgram();
-}
 
 void WriteAngle(std::ostream& out, long double angle, unsigned short unit, int width,
                 int decimals) {
@@ -93,7 +88,7 @@ void flh::TestPos() const {
   if (!TestLa()) Error("LONGITUDE not valid");
 }
 
-void flh::Error(const char* msg) const { ReportPosition("flh", msg); }
+void flh::Error(const char* msg) const { ValueError("flh", msg); }
 
 flht::flht(long double f_, long double l_, long double h_, long double dt_)
     : f(f_), l(l_), h(h_), dt(dt_) {
@@ -139,7 +134,7 @@ void flht::TestPos() const {
   if (!TestLa()) Error("LONGITUDE not valid");
 }
 
-void flht::Error(const char* msg) const { ReportPosition("flht", msg); }
+void flht::Error(const char* msg) const { ValueError("flht", msg); }
 
 flh operator+(const flh& a, const flh& b) {
   flh sum = a;
