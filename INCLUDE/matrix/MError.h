@@ -22,7 +22,7 @@
 void invWarning(const char* name, long double x, long n);
 /// Prints the text and "Continuing program..." and returns.
 void normWarning(const char* name);
-/// Prints the text without a closing frame line of its own and ends the process.
+/// The text alone says what is wrong.
 [[noreturn]] void qrgivError(const char* name);
 /// Element (\p a, \p b) is of no use to a step of order \p n.
 [[noreturn]] void subnormError(const char* name, long n, long a, long b);

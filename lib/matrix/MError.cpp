@@ -18,13 +18,10 @@ std::ostream& OpenWarning(const char* name) { return Open("WARNING", name); }
 
 void WriteFrame() { std::cout << kFrame << '\n'; }
 
-[[noreturn]] void Exit() {
-  std::cout << "Exiting program..." << std::endl << std::endl;
-  EndProgram();
-}
 [[noreturn]] void CloseError() {
   WriteFrame();
-  Exit();
+  std::cout << "Exiting program..." << std::endl << std::endl;
+  EndProgram();
 }
 
 } // namespace
@@ -69,8 +66,7 @@ void normWarning(const char* name) {
 
 void qrgivError(const char* name) {
   OpenError(name) << "\n\n";
-  WriteFrame();
-  Exit();
+  CloseError();
 }
 
 void subnormError(const char* name, long n, long a, long b) {
