@@ -91,10 +91,9 @@ public:
   void CloseOutputFile();
 
 private:
-  friend struct gCRDPeer;
-
-  /// Looks for the station in the file and keeps the answer in IsSiteB. \p number null: any.
-  CRDPoint Find(std::string_view name, const char* number);
+  /// Looks for the station in the file, keeps the answer in IsSiteB and gives its line in
+  /// \p found. \p number null: any number. False without a match or without a file.
+  bool Find(std::string_view name, const char* number, CRDPoint& found);
 
   char file[256] = "";
   bool IsSiteB = false;    ///< the last look-up found the station
