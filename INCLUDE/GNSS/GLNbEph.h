@@ -27,7 +27,7 @@ public:
   char type[20] = "";   ///< file type, trimmed
   char pgm[21] = "";    ///< program, trimmed
   char runby[21] = "";  ///< agency, trimmed
-  char date[20] = "";   ///< creation date, trimmed and cut to 19 characters
+  char date[21] = "";   ///< creation date, trimmed
   long double TauC = 0; ///< [s] correction of the system time to UTC(SU)
   ymdhms RefTimeCorr;   ///< reference date of TauC; one that is no date ends the program
   short leaps = 0;      ///< [s] leap seconds since 1980-01-06
@@ -157,9 +157,9 @@ private:
   void CountNav(LineSource& source);
   void ReadNav(LineSource& source);
   long GetDataIndex(short slot, const mjd& tsel) const;
-  void DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
-                     long double aE, long double C20, long double ax, long double ay,
-                     long double az, matrix<long double>& dy) const;
+  static void DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
+                            long double aE, long double C20, long double ax, long double ay,
+                            long double az, matrix<long double>& dy);
   void WarnOfAge(short slot, const mjd& t, long double dt) const;
   static void PrintParameter(const char* name, long double value);
   [[noreturn]] static void GLNbEphError(const char* text);

@@ -26,7 +26,7 @@ public:
   char type[20] = "";       ///< file type, trimmed
   char pgm[21] = "";        ///< program, trimmed
   char runby[21] = "";      ///< agency, trimmed
-  char date[20] = "";       ///< creation date, trimmed and cut to 19 characters
+  char date[21] = "";       ///< creation date, trimmed
   long double a0 = 0;       ///< [s] GPS time less UTC at T, constant term
   long double a1 = 0;       ///< [s/s] and its rate
   int T = 0;                ///< [s of week] reference time of a0, a1

@@ -1,0 +1,287 @@
+#include "GNSS/GLNbEph.h"
+
+#include "GNSS/TimeConverse.h"
+#include "GNSS/gnssobs.h"
+#include "NavFile.h"
+#include "PROGINC/LineSource.h"
+#include "PROGINC/TextNumber.h"
+#include "TravelTime.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <istream>
+#include <limits>
+
+namespace {
+
+// Columns of a record's values.
+constexpr long kClockBias = 0;
+constexpr long kFrequencyBias = 1;
+constexpr long kX = 3; // position, velocity, acceleration; the same for Y and Z
+constexpr long kY = 7;
+constexpr long kZ = 11;
+
+// Columns of the header lines, counted from 0.
+constexpr std::size_t kColYear = 0;
+constexpr std::size_t kColMonth = 6;
+constexpr std::size_t kColDay = 12;
+constexpr std::size_t kDateWidth = 6;
+constexpr std::size_t kColTauC = 20;
+constexpr std::size_t kTauCMantissa = 16;
+
+constexpr int kRecordLines = 4;
+constexpr int kMostPasses = 50;           // of the travel time
+constexpr int kMostSteps = 501;           // of the integration
+constexpr long double kOldEpoch = 960.0L; // [s] from the record
+constexpr long double kSecondsPerDay = 86400.0L;
+constexpr long double kMetresPerKm = 1000.0L;
+constexpr double kShortestStep = 1e-8; // [s]
+
+// Position [m] and velocity [m/s], Earth-fixed.
+using State = std::array<long double, 6>;
+
+struct Forces {
+  long double GM;
+  long double omega;
+  long double aE;
+  long double C20;
+  long double ax, ay, az; // [m/s2] of Sun and Moon
+};
+
+// Time derivative dy of the state y. C20 is negative: its term has the sign of -1.5 J2.
+void TwoBody(const long double* y, const Forces& f, long double* dy) {
+  const long double r2 = y[0] * y[0] + y[1] * y[1] + y[2] * y[2];
+  const long double r = std::sqrt(r2);
+  const long double central = -f.GM / (r2 * r);
+  const long double zonal = 1.5L * f.C20 * f.GM * f.aE * f.aE / (r2 * r2 * r);
+  const long double z2 = 5.0L * y[2] * y[2] / r2;
+  const long double inPlane = central + zonal * (1.0L - z2) + f.omega * f.omega;
+  const long double alongAxis = central + zonal * (3.0L - z2);
+  dy[0] = y[3];
+  dy[1] = y[4];
+  dy[2] = y[5];
+  dy[3] = inPlane * y[0] + 2.0L * f.omega * y[4] + f.ax;
+  dy[4] = inPlane * y[1] - 2.0L * f.omega * y[3] + f.ay;
+  dy[5] = alongAxis * y[2] + f.az;
+}
+
+State Along(const State& y, const State& dy, long double h) {
+  State moved;
+  for (std::size_t i = 0; i < y.size(); ++i) moved[i] = y[i] + dy[i] * h;
+  return moved;
+}
+
+// One classical Runge-Kutta step of h [s].
+void Step(State& y, const Forces& forces, long double h) {
+  State k1, k2, k3, k4;
+  TwoBody(y.data(), forces, k1.data());
+  TwoBody(Along(y, k1, h / 2.0L).data(), forces, k2.data());
+  TwoBody(Along(y, k2, h / 2.0L).data(), forces, k3.data());
+  TwoBody(Along(y, k3, h).data(), forces, k4.data());
+  for (std::size_t i = 0; i < y.size(); ++i)
+    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + k4[i] * h / 6.0L;
+}
+
+// Carries the state y at tc to t; the last step is shortened to what is left. What is left is
+// taken from decimal days, which resolve 0.3 ns: a full step more or less hangs on it.
+void Integrate(State& y, const Forces& forces, mjd tc, const mjd& t, int direction,
+               long double step) {
+  const long double end = t.GetMJDDec();                      // [d]
+  long double h = static_cast<long double>(direction) * step; // [s]
+  long double hd = h / kSecondsPerDay;                        // [d]
+  for (int count = 0; count < kMostSteps; ++count) {
+    const long double left = end - tc.GetMJDDec(); // [d]
+    if (std::fabs(left) < std::fabs(hd)) {
+      hd = left;
+      h = hd * kSecondsPerDay;
+    }
+    const bool arrived = direction < 0 ? tc <= t : tc >= t;
+    if (arrived || std::fabs(h) < kShortestStep) return;
+    Step(y, forces, h);
+    tc += h;
+  }
+}
+
+} // namespace
+
+bool GLNbEphHeader::Read(LineSource& source) {
+  return ReadHeaderLines(source, [this](std::string_view line) { ParseLine(line); });
+}
+
+void GLNbEphHeader::ParseLine(std::string_view line) {
+  if (Contains(line, "RINEX VERSION / TYPE")) return ParseRVersionType(line);
+  if (Contains(line, "PGM / RUN BY / DATE")) return ParsePgmRunByDate(line);
+  if (Contains(line, "CORR TO SYSTEM TIME")) return ParseCorrSystemTime(line);
+  if (Contains(line, "LEAP SECONDS")) return ParseLeapS(line);
+  if (Contains(line, "COMMENT")) return;
+  GLNbEphHeaderWarning(UnknownLabel(line).c_str());
+}
+
+void GLNbEphHeader::ParseRVersionType(std::string_view line) {
+  ReadVersionType(line, version, type);
+}
+
+void GLNbEphHeader::ParsePgmRunByDate(std::string_view line) {
+  ReadPgmRunByDate(line, pgm, runby, date);
+}
+
+void GLNbEphHeader::ParseCorrSystemTime(std::string_view line) {
+  const auto number = [line](std::size_t column) {
+    return static_cast<unsigned short>(ToInt(Columns(line, column, kDateWidth)));
+  };
+  RefTimeCorr.Set(number(kColYear), number(kColMonth), number(kColDay), 0, 0, 0);
+  TauC = HeaderNumber(line, kColTauC, kTauCMantissa);
+}
+
+void GLNbEphHeader::ParseLeapS(std::string_view line) { leaps = ReadLeapSeconds(line); }
+
+void GLNbEphHeader::GLNbEphHeaderWarning(const char* text) { ClassWarning("GLNbEphHeader", text); }
+
+std::istream& operator>>(std::istream& in, GLNbEphHeader& header) {
+  LineSource source = TakeHeader(in);
+  return MarkIncomplete(in, header.Read(source));
+}
+
+void GLNbEphData::SetNRecords(int n) {
+  nsatall = n;
+  sat.Resize(n);
+  mjdo.Resize(n);
+  data.Resize(n, NValues);
+}
+
+bool GLNbEphData::Read(LineSource& source) {
+  if (nsatall == 0) GLNbEphDataError("NUMBER OF RECORDS not set!");
+  const auto gpsTime = [](const ymdhms& utc) {
+    mjd t = ymdhms2mjd(utc);
+    t += static_cast<long double>(LeapSecond(t));
+    return t;
+  };
+  return ReadRecords(source, *this, gpsTime, ReadParameter);
+}
+
+long double GLNbEphData::ReadParameter(LineSource& source) { return ReadExponentNumber(source); }
+
+void GLNbEphData::GLNbEphDataWarning(const char* text) { ClassWarning("GLNbEphData", text); }
+
+void GLNbEphData::GLNbEphDataError(const char* text) { ClassError("GLNbEphData", '#', text); }
+
+std::istream& operator>>(std::istream& in, GLNbEphData& data) {
+  LineSource source = LineSource::FromStream(in);
+  return MarkIncomplete(in, data.Read(source));
+}
+
+void GLNbEph::SetFile(const char* name) { CopyText(name, navig); }
+
+void GLNbEph::ReadFile() {
+  LineSource source = LineSource::FromFile(navig);
+  CountNav(source);
+  source.Rewind();
+  ReadNav(source);
+}
+
+void GLNbEph::CountNav(LineSource& source) {
+  rhead.Read(source);
+  nsatall = static_cast<int>(CountRecords(source, kRecordLines, std::numeric_limits<short>::max()));
+  rdata.SetNRecords(nsatall);
+}
+
+void GLNbEph::ReadNav(LineSource& source) {
+  rhead.Read(source);
+  rdata.Read(source);
+  nsatall = rdata.nsatall;
+}
+
+long GLNbEph::GetDataIndex(short slot, const mjd& tsel) const {
+  long previous = -1;
+  for (long k = 0; k < rdata.nsatall; ++k) {
+    if (rdata.sat(k) != slot) continue;
+    const mjd& epoch = rdata.mjdo(k);
+    if (previous < 0) {
+      if (tsel < epoch) return k;
+    } else if (tsel <= epoch && tsel > rdata.mjdo(previous)) {
+      const long double days = tsel.GetMJDDec();
+      const bool laterIsNearer = epoch.GetMJDDec() - days < days - rdata.mjdo(previous).GetMJDDec();
+      return laterIsNearer ? k : previous;
+    }
+    previous = k;
+  }
+  if (previous >= 0) return previous;
+  char text[64];
+  std::snprintf(text, sizeof text, "SAT: R%02d IS NOT LISTED IN GLONASS NAVIGATION FILE!!!", slot);
+  GLNbEphError(text);
+}
+
+void GLNbEph::WarnOfAge(short slot, const mjd& t, long double dt) const {
+  const ymdhms date = mjd2ymdhms(t);
+  char text[128];
+  // The letter is G for a GLONASS slot too.
+  std::snprintf(
+      text, sizeof text,
+      "SAT: G%02d [%4d-%02d-%02d %02d:%02d:%04.1lf] -> DT = %5.2lf' PARAMETER TO BIG [>16']", slot,
+      date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(), date.GetMinute(),
+      static_cast<double>(date.GetSecond()), static_cast<double>(dt / 60.0L));
+  GLNbEphWarning(text);
+}
+
+void GLNbEph::DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
+                            long double aE, long double C20, long double ax, long double ay,
+                            long double az, matrix<long double>& dy) {
+  State state, derivative;
+  for (long i = 0; i < 6; ++i) state[static_cast<std::size_t>(i)] = y(i);
+  TwoBody(state.data(), Forces{GM, omega, aE, C20, ax, ay, az}, derivative.data());
+  for (long i = 0; i < 6; ++i) dy(i) = derivative[static_cast<std::size_t>(i)];
+}
+
+void GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, xyzt& pos, xyzt& vel,
+                              short warn) {
+  const long k = GetDataIndex(slot, tsel);
+  const auto value = [this, k](long column) { return rdata.data(k, column); };
+  const auto metres = [this, k](long column) { return rdata.data(k, column) * kMetresPerKm; };
+  ephr = t;
+
+  mjd te = rdata.mjdo(k);
+  te += rhead.TauC;
+  const long double dt = kSecondsPerDay * (t.GetMJDDec() - te.GetMJDDec()); // [s]
+  const long double clock = value(kClockBias) - value(kFrequencyBias) * dt + rhead.TauC;
+  if (warn != 0 && std::fabs(dt) > kOldEpoch) WarnOfAge(slot, t, dt);
+
+  State y = {metres(kX), metres(kY), metres(kZ), metres(kX + 1), metres(kY + 1), metres(kZ + 1)};
+  const Forces forces{GMz, OMEGAz, aE, C20, metres(kX + 2), metres(kY + 2), metres(kZ + 2)};
+  Integrate(y, forces, te, t, dt < 0 ? -1 : 1, diffinterval);
+
+  constexpr long double c = kSignalSpeed;
+  Relativity = 2.0L * (y[0] * y[3] + y[1] * y[4] + y[2] * y[5]) / (c * c);
+  p0.Set(y[0], y[1], y[2], clock - Relativity);
+  v0.Set(y[3], y[4], y[5], 0);
+  pos = p0;
+  vel = v0;
+}
+
+long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, const xyz& rec,
+                                     xyzt& pos, xyzt& vel, short warn) {
+  mjd emission;
+  const TravelResult travel =
+      IterateTravelTime(t, rec, OMEGAz, kMostPasses, emission, ps, [&]() -> const xyzt& {
+        CalcSatPosition(slot, emission, tsel, pos, vel, warn);
+        return pos;
+      });
+  if (!travel.settled)
+    GLNbEphWarning("GLNbEph::CalcSatPosition():      TO MANY ITERATIONS: > 50!!");
+  return travel.range;
+}
+
+long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, const xyz& rec,
+                                     xyzt& pos, xyzt& vel, const gnssobs& obs, short warn) {
+  const long double tau = obs.GetObs() / kSignalSpeed; // [s]
+  mjd emission;
+  if (!SetEmissionEpoch(t, -tau, emission)) return -1;
+  CalcSatPosition(slot, emission, tsel, pos, vel, warn);
+  return (rec - pos.RotateZ(OMEGAz * tau)).GetLength();
+}
+
+void GLNbEph::PrintParameter(const char* name, long double value) { WriteParameter(name, value); }
+
+void GLNbEph::GLNbEphError(const char* text) { ClassError("GLNbEph", '*', text); }
+
+void GLNbEph::GLNbEphWarning(const char* text) { ClassWarning("GLNbEph", text); }
