@@ -74,7 +74,7 @@ private:
   void ParseSat(std::string_view line, int n, long start, matrix<short>& seen);
 
   bool NextEpoch(LineSource& source, EpochLines& lines) const;
-  [[noreturn]] void CompactError(const char* text) const;
+  [[noreturn]] void FileError(const char* what) const;
 
   char compfile[256] = "";        ///< file name
   int nobs = 0;                   ///< values in the file
