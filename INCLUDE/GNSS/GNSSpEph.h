@@ -77,8 +77,13 @@ public:
   long double CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec, xyzt& pos,
                               xyzt& vel, const gnssobs& obs);
 
-  /// Moves every stored position from the centre of mass to the antenna phase centre, by the
-  /// satellite offsets of \p atx. A verbose run prints each epoch.
+  /// Moves every stored GPS and GLONASS position from the centre of mass to the antenna phase
+  /// centre on L1, by the satellite offsets of \p atx. A satellite without offsets is warned of and
+  /// stays; one of another system, and a record without a position, stay silently. Of an offset
+  /// with x or y (1 mm and more together) the part across the direction to the Earth is scaled by
+  /// the sine of the angle at the satellite between Earth and Sun.
+  ///
+  /// A verbose run prints each epoch on standard output. Selects satellites in \p atx.
   void ApplyAntennaOffset(antex& atx, bool verbose);
 
   /// Epochs of the header.
