@@ -8,7 +8,7 @@ namespace gpswsns {
 /// With N = NDecSecond:
 ///   0  week in 5 columns, seconds of week in N + 8 with N decimals
 ///   1  week in 5 columns, weekday in 2, seconds of day in N + 7 with N decimals
-///   2  " 1657 0  23:59:59.5"
+///   2  " 1657 0  23:59: 9.5" (seconds in N + 3 columns, blank-filled)
 ///   3  week in 5 columns, weekday in 2
 ///   4  week in 5 columns, seconds of week in 16 with 8 decimals
 /// Any other number prints nothing.

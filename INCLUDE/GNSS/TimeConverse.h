@@ -30,12 +30,13 @@ ymdhms mjd2ymdhms(const mjd& t);
 /// In double precision: the second of week is good to 1e-10 s.
 GPSws ymdhms2GPSws(const ymdhms& t);
 /// In double precision, so that the second is good to about 1e-11 s; a second within 1e-5 s of
-/// 60 is the next minute.
+/// 60 is the next minute, one that rounding left below 0 is 0. The last 1e-5 s of a day give
+/// hour 24.
 ymdhms GPSws2ymdhms(const GPSws& t);
 
 /// The second of day is rounded to double precision.
 mjd GPSws2mjd(const GPSws& t);
-/// Weeks are counted in 16 bits of days: from 2159-06-15 (day 109780) on, and before
+/// Weeks are counted in 16 bits of days: from day 109780 (the year 2159) on, and before
 /// 1980-01-06, the second is out of its range.
 GPSws mjd2GPSws(const mjd& t);
 

@@ -8,7 +8,7 @@ namespace mjdns {
 /// With N = NDecSecond:
 ///   0  day in 6 columns, seconds of day in N + 7 with N decimals
 ///   1  day with fraction in N + 7 columns with precision N, in the stream's own notation
-///   2  " 55843  23:59:59.5"
+///   2  " 55843  23:59: 9.5" (seconds in N + 3 columns, blank-filled)
 ///   3  day in 6 columns
 ///   4  day in 6 columns, fraction of the day in 16 with 13 decimals
 /// Any other number prints nothing.
@@ -35,7 +35,8 @@ public:
   mjd(unsigned int mjday, long double second);
   mjd(const mjd& other);
   mjd& operator=(const mjd& other);
-  /// Day and second of a fractional day number \p x [d].
+  /// Day and second of a fractional day number \p x [d], 0 <= x < 200000. The day is cut towards
+  /// zero and the fraction counted from below: -0.25 is day 0, second 64800.
   mjd& operator=(long double x);
   ~mjd() = default;
 
@@ -43,7 +44,8 @@ public:
 
   /// Moves the instant by \p ds [s] of either sign, over midnight if need be; a result within
   /// 1e-12 s of the day's end is the next midnight. Shifts of 2^63 s and more are not split
-  /// into days, so that the second leaves its range.
+  /// into days, so that the second leaves its range. Seconds are shifted by long double, days by
+  /// long: a plain 1.0 or 1 would be ambiguous.
   mjd& operator+=(long double ds);
   /// Moves the instant by \p n days.
   mjd& operator+=(long n);

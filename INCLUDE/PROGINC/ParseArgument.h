@@ -14,7 +14,7 @@ class ymdhms;
 void ParseFileName(const char* arg, char* out, int skip);
 /// ParseFileName, then \p flag is true, also for an empty name. With \p verbose, \p message, the
 /// name and "!" are written to standard error as one line.
-void GetFileName(const char* arg, char* out, bool& flag, bool& verbose, short skip,
+void GetFileName(const char* arg, char* out, bool& flag, const bool& verbose, short skip,
                  const char* message);
 float ParseFloat(const char* arg, int skip);
 double ParseDouble(const char* arg, int skip);

@@ -36,7 +36,7 @@ unsigned short Field(std::string_view text, std::size_t first, std::size_t n) {
 
 void ParseFileName(const char* arg, char* out, int skip) { substr(arg, std::max(skip, 0), out); }
 
-void GetFileName(const char* arg, char* out, bool& flag, bool& verbose, short skip,
+void GetFileName(const char* arg, char* out, bool& flag, const bool& verbose, short skip,
                  const char* message) {
   ParseFileName(arg, out, skip);
   flag = true;

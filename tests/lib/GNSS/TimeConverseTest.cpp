@@ -1,10 +1,13 @@
 #include "GNSS/TimeConverse.h"
 
 #include "support/Ends.h"
+#include "support/Files.h"
 #include "support/Near.h"
 
 #include <cmath>
 #include <limits>
+#include <sstream>
+#include <string>
 
 namespace {
 
@@ -155,6 +158,9 @@ TEST(mjd2ymdhmsDeathTest, DaysOutsideTheCalendar) {
   EXPECT_ENDS(mjd2ymdhms(mjd(15000, 0)), "YEAR not valid");
   EXPECT_ENDS(mjd2ymdhms(mjd(0, 0)), "YEAR not valid");
   EXPECT_ENDS(mjd2ymdhms(mjd(199999, 0)), "YEAR not valid");
+  mjd wrapped(0, 0);
+  wrapped -= 1L;
+  EXPECT_ENDS(mjd2ymdhms(wrapped), "YEAR not valid");
   // 2199-12-31 is the last date: 299 years of 365 days, 74 leap days (one of them in 2100).
   const unsigned int last = 15385 + 299 * 365 + 74 - 1;
   EXPECT_TRUE(Is(mjd2ymdhms(mjd(last, 0)), 2199, 12, 31, 0, 0, 0));
@@ -328,5 +334,40 @@ TEST(Sec2HMS, JustBelowZeroIsZero) {
   EXPECT_EQ(split.minute, 0);
   EXPECT_EQ(split.second, 0);
 }
+
+/// Recorded SP3 files, whose first two lines give one epoch as date, GPS week and day.
+class RecordedEpochs : public testing::TestWithParam<const char*> {};
+
+TEST_P(RecordedEpochs, DateWeekAndDayAgree) {
+  SKIP_WITHOUT(GetParam());
+  std::ifstream file(RealData(GetParam()));
+  std::string first, second;
+  ASSERT_TRUE(std::getline(file, first) && std::getline(file, second));
+  std::istringstream dateText(first.substr(3, 28));
+  std::istringstream weekText(second.substr(3, 20));
+  std::istringstream dayText(second.substr(39));
+  ymdhms date;
+  GPSws week;
+  unsigned int day;
+  long double fraction;
+  ASSERT_TRUE(dateText >> date);
+  ASSERT_TRUE(weekText >> week);
+  ASSERT_TRUE(dayText >> day >> fraction);
+
+  const long double daySecond = fraction * 86400;
+  EXPECT_TRUE(Is(ymdhms2mjd(date), day, daySecond, 1e-8L));
+  EXPECT_TRUE(Is(GPSws2mjd(week), day, daySecond, 1e-8L));
+  EXPECT_TRUE(Is(ymdhms2GPSws(date), week.GetWeek(), week.GetSecond(), 1e-9L));
+  EXPECT_TRUE(Is(mjd2GPSws(mjd(day, daySecond)), week.GetWeek(), week.GetSecond(), 1e-8L));
+  EXPECT_TRUE(Is(GPSws2ymdhms(week), date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(),
+                 date.GetMinute(), date.GetSecond(), 1e-10L));
+}
+
+INSTANTIATE_TEST_SUITE_P(Orbits, RecordedEpochs,
+                         testing::Values("2008-148-acor-scoa-sfer-tlse/igs14812.sp3",
+                                         "orbits-2009-091/igl15253.sp3",
+                                         "2010-001-albh-gras/igs15645.sp3",
+                                         "2011-283-cagz/igs16571.sp3", "2015-019-joze/igs18281.sp3",
+                                         "sp3-formats/SP3a.sp3", "sp3-formats/SP3d.sp3"));
 
 } // namespace

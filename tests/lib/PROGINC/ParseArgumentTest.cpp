@@ -31,21 +31,18 @@ TEST(GetFileName, SetsTheFlagAndIsSilentUnlessVerbose) {
   const Captured error(std::cerr);
   char name[32];
   bool flag = false;
-  bool verbose = false;
-  GetFileName("-robs.11o", name, flag, verbose, 2, "RINEX FILE: ");
+  GetFileName("-robs.11o", name, flag, false, 2, "RINEX FILE: ");
   EXPECT_TRUE(flag);
   EXPECT_STREQ(name, "obs.11o");
   EXPECT_EQ(error.Text(), "");
-  verbose = true;
-  GetFileName("-robs.11o", name, flag, verbose, 2, "RINEX FILE: ");
+  GetFileName("-robs.11o", name, flag, true, 2, "RINEX FILE: ");
   EXPECT_EQ(error.Text(), "RINEX FILE: obs.11o!\n");
 }
 
 TEST(GetFileName, EmptyNameSetsTheFlagToo) {
   char name[32];
   bool flag = false;
-  bool verbose = false;
-  GetFileName("-r", name, flag, verbose, 2, "");
+  GetFileName("-r", name, flag, false, 2, "");
   EXPECT_TRUE(flag);
   EXPECT_STREQ(name, "");
 }
