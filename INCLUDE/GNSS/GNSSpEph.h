@@ -36,7 +36,7 @@ public:
   GNSSpEph& operator=(const GNSSpEph&) = default;
   ~GNSSpEph() = default;
 
-  /// Takes the file name, cut to 255 characters.
+  /// Takes the file name of at most 255 characters; a longer one ends the program.
   void SetFile(const char* name);
   /// Reads the file whole. Counts that no file of this length could hold (a negative count, far
   /// more records than the text has room for) are reported on standard output with the name of
@@ -72,7 +72,8 @@ public:
                               xyzt& vel);
 
   /// As above, with the travel time taken from the observed range \p obs [m]: one evaluation, no
-  /// relativistic correction, and the flags are left to the caller.
+  /// relativistic correction, and the flags are left to the caller. A range that takes longer
+  /// than a day is none: both flags are cleared and the result is -1.
   /// \returns geometric range [m].
   long double CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec, xyzt& pos,
                               xyzt& vel, const gnssobs& obs);
@@ -143,8 +144,7 @@ private:
   Span NodeSpan(int half) const;
   bool AddPositions(long index, Span span);
   void AddClocks(long index, Span span);
-  bool SetEmissionEpoch(const mjd& t, long double shift);
-  [[noreturn]] void GNSSpEphError(const char* text) const;
+  [[noreturn]] static void GNSSpEphError(const char* text);
 
   char sp3file[256] = "";               ///< file name
   char version = 0;                     ///< version letter of the file

@@ -1,5 +1,6 @@
 #include "GNSS/GLNbEph.h"
 
+#include "ClassMessage.h"
 #include "GNSS/TimeConverse.h"
 #include "GNSS/gnssobs.h"
 #include "NavFile.h"

@@ -1,15 +1,16 @@
 #include "GNSS/GNSSpEph.h"
 
+#include "ClassMessage.h"
 #include "GNSS/gnssobs.h"
-#include "PROGINC/EndProgram.h"
+#include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
 #include "PROGINC/TextNumber.h"
+#include "TravelTime.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iostream>
 #include <limits>
 #include <string>
 
@@ -42,7 +43,6 @@ constexpr std::size_t kColSigClock = 70; // 3 characters
 constexpr int kListLines = 5;
 constexpr int kListPerLine = 17;
 
-constexpr long double kLightSpeed = 299792458.0L; // [m/s]
 constexpr long double kSecondsPerHour = 3600.0L;
 constexpr double kClockMarker = 999999.0;  // [us] in the file (with decimals), [s] in the tables
 constexpr long double kMicrosecond = 1e-6; // [s], the double
@@ -52,12 +52,13 @@ constexpr long double kOutside = 900.0L;   // [s]
 constexpr int kMostPasses = 10;            // of the travel-time iteration
 constexpr int kMostPoints = 100;           // half the nodes of an interpolation
 constexpr long double kLongestInterval = 86400.0L * 200000; // [s] range of mjd
-// A signal under way for longer than a day comes from no satellite of this file.
-constexpr long double kLongestTravel = 86400.0L; // [s]
 // Announced records of a file that was cut off are allowed up to here, more only if the file
 // has the characters for them: x, y and z alone end in column 46.
 constexpr long kCutFileRecords = 500000;
 constexpr long kShortestRecord = 46;
+
+// A range from here is not a number, which ends the iteration of a travel time.
+const xyzt kNowhere(std::numeric_limits<long double>::quiet_NaN(), 0, 0, 0);
 
 // Letter, tens digit (or a blank), units digit.
 short SatelliteNumber(std::string_view line, std::size_t column) {
@@ -147,7 +148,7 @@ matrix<long double> LagrangeDenominators(long double interval, int nodes) {
 
 } // namespace
 
-void GNSSpEph::SetFile(const char* name) { CopyText(name, sp3file); }
+void GNSSpEph::SetFile(const char* name) { CopyFileName(name, sp3file); }
 
 void GNSSpEph::ReadFile() {
   LineSource source = LineSource::FromFile(sp3file);
@@ -293,8 +294,8 @@ GNSSpEph::Span GNSSpEph::NodeSpan(int half) const {
   return span;
 }
 
-// Derivative of a Lagrange term: the product without one factor, summed over the factors; on a
-// node all but one of these products are 0, so the rest product stands alone.
+// The derivative of a term is the sum of its products less one factor each, B sum(1/tau). On
+// another node one factor is 0, and only the product without it is left: B alone.
 bool GNSSpEph::AddPositions(long index, Span span) {
   const Times tau = HoursFromNodes(epoch, ephr, span.first, span.last);
   const long nodes = span.last - span.first + 1;
@@ -330,56 +331,38 @@ void GNSSpEph::AddClocks(long index, Span span) {
   }
 }
 
-// False, and no valid position, when the shift [s] is none that a signal can take.
-bool GNSSpEph::SetEmissionEpoch(const mjd& t, long double shift) {
-  if (!(std::fabs(shift) <= kLongestTravel)) {
-    PSisOK = DTisOK = false;
-    return false;
-  }
-  ephr = t;
-  ephr += shift;
-  return true;
-}
-
 long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec,
                                       xyzt& pos, xyzt& vel) {
   WarnOutsideFile(t);
-  long double tau = -0.075; // [s], the double
-  long double change = 1;   // [m]
-  long double range = 0;    // [m]
-  int count = 0;
-  while (change > 1e-5 && count <= kMostPasses) {
-    if (!SetEmissionEpoch(t, tau)) return -1;
-    CalcSatPosition(satellite, ephr, pos, vel);
-    if (!PSisOK) return -1;
-    ps = rec.RotateZ(OMEGAz * -tau);
-    range = (ps - pos).GetLength();
-    change = std::fabs(range + kLightSpeed * tau);
-    tau = -range / kLightSpeed;
-    ++count;
-  }
-  if (count > kMostPasses)
+  xyz turned;
+  const TravelResult travel =
+      IterateTravelTime(t, rec, OMEGAz, kMostPasses, ephr, turned, [&]() -> xyzt {
+        CalcSatPosition(satellite, ephr, pos, vel);
+        return PSisOK ? pos : kNowhere;
+      });
+  if (!PSisOK) return -1;
+  ps = turned;
+  if (!travel.settled)
     ProgramWarning("Zenta", "CalcSatPosition():      TO MANY ITERATIONS: > 10!!");
 
-  constexpr long double c = kLightSpeed;
+  constexpr long double c = kSignalSpeed;
   Relativity = 2.0L * (pos.GetX() * (vel.GetX() / c) / c + pos.GetY() * (vel.GetY() / c) / c +
                        pos.GetZ() * (vel.GetZ() / c) / c);
   pos.SetT(pos.GetT() - Relativity);
-  return range;
+  return travel.range;
 }
 
 long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec,
                                       xyzt& pos, xyzt& vel, const gnssobs& obs) {
   WarnOutsideFile(t);
-  const long double tau = obs.GetObs() / kLightSpeed; // [s]
-  if (!SetEmissionEpoch(t, -tau)) return -1;
+  const long double tau = obs.GetObs() / kSignalSpeed; // [s]
+  if (!SetEmissionEpoch(t, -tau, ephr)) {
+    PSisOK = DTisOK = false;
+    return -1;
+  }
   CalcSatPosition(satellite, ephr, pos, vel);
   ps = rec.RotateZ(OMEGAz * tau);
   return (ps - pos).GetLength();
 }
 
-void GNSSpEph::GNSSpEphError(const char* text) const {
-  std::cout << "\n**** GNSSpEph: Error -> " << text << " ****\n     Exiting GNSSpEph ... \n\n"
-            << std::flush;
-  EndProgram();
-}
+void GNSSpEph::GNSSpEphError(const char* text) { ClassError("GNSSpEph", '*', text); }

@@ -1,5 +1,6 @@
 #include "GNSS/GPSbEph.h"
 
+#include "ClassMessage.h"
 #include "GNSS/Azimut.h"
 #include "GNSS/TimeConverse.h"
 #include "GNSS/gnssobs.h"

@@ -1,6 +1,5 @@
 #include "NavFile.h"
 
-#include "PROGINC/EndProgram.h"
 #include "PROGINC/TextNumber.h"
 
 #include <algorithm>
@@ -137,21 +136,6 @@ long double ReadExponentNumber(LineSource& source) {
     return 0;
   }
   return ScaledNumber(rest.substr(0, letter), exponent);
-}
-
-void ClassWarning(const char* name, const char* text) {
-  std::cout << "\n#### " << name << ": Warning -> " << text << " ####\n     Continuing " << name
-            << " ... \n\n"
-            << std::flush;
-}
-
-void ClassError(const char* name, char mark, const char* text) {
-  const std::string frame(4, mark);
-  std::cout << "\n"
-            << frame << " " << name << ": Error -> " << text << " " << frame << "\n     Exiting "
-            << name << " ... \n\n"
-            << std::flush;
-  EndProgram();
 }
 
 void WriteParameter(const char* name, long double value) {

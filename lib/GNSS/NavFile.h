@@ -101,11 +101,6 @@ bool ReadRecords(LineSource& source, Records& records, EpochOf epochOf,
   return k == counted;
 }
 
-/// Warning of class \p name on standard output.
-void ClassWarning(const char* name, const char* text);
-/// Error of class \p name on standard output, framed by four of the character \p mark; ends the
-/// program.
-[[noreturn]] void ClassError(const char* name, char mark, const char* text);
 /// One named value on standard output in scientific notation with 15 digits.
 void WriteParameter(const char* name, long double value);
 

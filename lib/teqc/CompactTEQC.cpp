@@ -1,5 +1,6 @@
 #include "teqc/CompactTEQC.h"
 
+#include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
 #include "PROGINC/TextNumber.h"
@@ -73,7 +74,7 @@ int SatelliteNumber(std::string_view token) {
 } // namespace
 
 void CompactTEQC::SetFile(const char* name) {
-  CopyText(name, compfile);
+  CopyFileName(name, compfile);
   if (!FileExists(compfile)) ProgramError("Zenta", "TEQC COMPACT FILE DOES NOT EXISTS!");
 }
 

@@ -807,22 +807,33 @@ TEST(GNSSpEph, TravelTimeThatDoesNotSettleIsWarnedOf) {
   EXPECT_GT(range, 0);
 }
 
-TEST(GNSSpEph, SignalUnderWayForADayIsNoPosition) {
-  Sp3 file;
-  file.record = [](int, std::size_t) { return Record{1e13, 0, 0, 0}; };
-  std::string text = file.Text();
-  for (std::size_t at = text.find("10000000000000.000000"); at != std::string::npos;
-       at = text.find("10000000000000.000000"))
-    text.replace(at, 21, "        1.e300");
+TEST(GNSSpEph, PositionsBeyondAnyTravelTimeAreEvaluatedOnce) {
+  // 1e303 m: the second pass would leave the range of dates.
+  std::string text = Sp3().Text();
+  const std::string x = "  20000.000000";
+  for (std::size_t at = text.find(x); at != std::string::npos; at = text.find(x, at))
+    text.replace(at, x.size(), "        1.e300");
   GNSSpEph orbit = Read(text);
   EXPECT_EQ(orbit.GetSatPos(0).GetX(), 1e300 * 1000.0L);
   State state;
-  EXPECT_EQ(orbit.CalcSatPosition(1, At(9.5L), xyz(6378137, 0, 0), state.pos, state.vel), -1);
-  EXPECT_FALSE(orbit.PSisOK);
+  const Captured error(std::cerr);
+  const long double range =
+      orbit.CalcSatPosition(1, At(9.5L), xyz(6378137, 0, 0), state.pos, state.vel);
+  EXPECT_NE(error.Text().find("TO MANY ITERATIONS"), std::string::npos);
+  EXPECT_TRUE(Near(range / 1e303L, 1, 1e-12L));
+}
+
+TEST(GNSSpEph, ObservedRangeOfMoreThanADayIsNoPosition) {
+  GNSSpEph orbit = Read(Sp3());
+  State state;
   gnssobs far;
-  far = 1e300L;
-  EXPECT_EQ(orbit.CalcSatPosition(1, At(9.5L), xyz(1, 2, 3), state.pos, state.vel, far), -1);
-  EXPECT_FALSE(orbit.PSisOK);
+  for (const long double seconds : {86401.0L, -86401.0L, 1e300L}) {
+    far = kC * seconds;
+    const Captured error(std::cerr);
+    EXPECT_EQ(orbit.CalcSatPosition(1, At(9.5L), xyz(1, 2, 3), state.pos, state.vel, far), -1);
+    EXPECT_FALSE(orbit.PSisOK);
+    EXPECT_FALSE(orbit.DTisOK);
+  }
 }
 
 TEST(GNSSpEph, ObservedRangeReplacesTheIteration) {
