@@ -1,0 +1,178 @@
+#include "Eclipsing.h"
+
+#include "GNSS/GNSSLinCombs.h"
+#include "GNSS/g_lg.h"
+#include "KorvanC.h"
+#include "Progress.h"
+#include "SatPosition.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <iostream>
+#include <optional>
+
+namespace {
+
+constexpr long double kPi = 3.141592653589793;
+constexpr long double kMetresPerKilometre = 1000;
+
+/// Arc cosine of a product of unit vectors, which rounding may carry beyond 1.
+long double AngleOf(long double cosine) { return std::acos(std::clamp(cosine, -1.0L, 1.0L)); }
+
+void FindSun(KorvanC& ctx) {
+  const long n = ctx.rnxd.nepochall;
+  ctx.posSunUnit.Resize(n, 1);
+  ctx.SunMag.Resize(n, 1);
+  for (long i = 0; i < n; ++i) {
+    ctx.stide.SunPosition(ctx.rnxd.epoch(i), ctx.posSunUnit(i), ctx.SunMag(i));
+    ctx.SunMag(i) *= kMetresPerKilometre;
+  }
+}
+
+xyz SunAt(const KorvanC& ctx, long i) { return ctx.SunMag(i) * ctx.posSunUnit(i); }
+
+xyz PositionOf(const xyzt& p) { return {p.GetX(), p.GetY(), p.GetZ()}; }
+
+bool IsEclipsed(KorvanC& ctx, long i, short sat) {
+  xyzt position;
+  if (!EmissionPosition(ctx, sat, ctx.rnxd.epoch(i), position)) return false;
+  return SunEarthAngle(PositionOf(position), SunAt(ctx, i)) < ctx.satEclipsThres;
+}
+
+void RemovePhases(KorvanC& ctx, long k) {
+  if (ctx.rnxh.iL1) ctx.rnxd.L1(k) = 0.0L;
+  if (ctx.rnxh.iL2) ctx.rnxd.L2(k) = 0.0L;
+  if (ctx.rnxh.iL4) ctx.rnxd.L4(k) = 0.0L;
+}
+
+/// \returns how many records of \p sat lost their phases.
+long RemoveEclipsed(KorvanC& ctx, short sat) {
+  long count = 0;
+  long k = 0;
+  for (long i = 0; i < ctx.rnxd.nepochall; ++i)
+    for (const long end = k + ctx.rnxd.nsat(i); k < end; ++k) {
+      if (ctx.rnxd.sat(k) != sat || !IsEclipsed(ctx, i, sat)) continue;
+      RemovePhases(ctx, k);
+      ++count;
+    }
+  return count;
+}
+
+/// The tables hold 100 satellites from the start; a file with more gets larger ones.
+void AppendEclipsed(KorvanC& ctx, short sat, long count) {
+  const long n = ctx.NEclipsSat;
+  if (n == ctx.EclipsSat.Length()) {
+    const matrix<short> sats = ctx.EclipsSat;
+    const matrix<long> counts = ctx.EclipsNObs;
+    ctx.EclipsSat.Resize(2 * n);
+    ctx.EclipsNObs.Resize(2 * n);
+    for (long j = 0; j < n; ++j) {
+      ctx.EclipsSat(j) = sats(j);
+      ctx.EclipsNObs(j) = counts(j);
+    }
+  }
+  ctx.EclipsSat(n) = sat;
+  ctx.EclipsNObs(n) = count;
+  ++ctx.NEclipsSat;
+}
+
+/// Dipole axes of the receiver's antenna, Earth-fixed.
+struct Dipoles {
+  xyz north;
+  xyz west;
+};
+
+Dipoles ReceiverDipoles(const KorvanC& ctx) {
+  return {lg2g(neu(1, 0, 0), ctx.RecPosFCG), lg2g(neu(0, -1, 0), ctx.RecPosFCG)};
+}
+
+void CorrectArc(KorvanC& ctx, long j, const Dipoles& antenna) {
+  const short sat = ctx.AmbSat(j);
+  std::optional<long double> previous;
+  long k = ctx.AmbIndex(j, 1);
+  for (long e = ctx.AmbIndex(j, 0); e < ctx.AmbIndex(j, 2); ++e)
+    for (const long end = k + ctx.rnxd.nsat(e); k < end; ++k) {
+      xyzt position;
+      if (ctx.rnxd.sat(k) != sat || !EmissionPosition(ctx, sat, ctx.rnxd.epoch(e), position))
+        continue;
+      long double w =
+          WindUp(PositionOf(position), SunAt(ctx, e), ctx.RecPosFC, antenna.north, antenna.west);
+      if (previous) w = ContinuousCycles(w, *previous);
+      // GNSS_L4(w, w) with the GPS wavelengths, whatever the working coefficients hold
+      if (!ctx.rnxd.L4(k).IsNull()) ctx.rnxd.L4(k) += -(GNSSc::lamb1 * w - GNSSc::lamb2 * w);
+      previous = w;
+    }
+}
+
+} // namespace
+
+long double sign(long double x) {
+  if (x > 0) return 1;
+  return x < 0 ? -1 : 0;
+}
+
+long double SunEarthAngle(const xyz& satellite, const xyz& sun) {
+  const xyz toSun = (sun - satellite).GetUnitVector(1);
+  const xyz toEarth = satellite.GetUnitVector(-1);
+  return AngleOf(std::fabs(toSun * toEarth));
+}
+
+long double WindUp(const xyz& satellite, const xyz& sun, const xyz& receiver, const xyz& north,
+                   const xyz& west) {
+  const xyz k = (satellite - receiver).GetUnitVector(1);
+  const xyz zs = satellite.GetUnitVector(-1);
+  const xyz es = (sun - satellite).GetUnitVector(1);
+  const xyz ys = CrossP(zs, es);
+  const xyz xs = CrossP(ys, zs);
+  const xyz ds = xs - k * (k * xs) - CrossP(k, ys);
+  const xyz dr = north - k * (k * north) + CrossP(k, west);
+  // straight overhead both dipoles vanish, and so does their angle
+  if (!(ds.GetLength() > 0 && dr.GetLength() > 0)) return 0;
+  const xyz us = ds.GetUnitVector(1);
+  const xyz ur = dr.GetUnitVector(1);
+  return sign(k * CrossP(us, ur)) * AngleOf(us * ur) / 2 / kPi;
+}
+
+long double ContinuousCycles(long double w, long double previous) {
+  const long double d = w - previous;
+  return w - std::trunc(d >= 0 ? d + 0.5L : d - 0.5L);
+}
+
+void GetEclipsing(KorvanC& ctx) {
+  if (!ctx.ifPhaseObs) return;
+  Progress(ctx, "GetEclipsing(): SETTING ECLIPSING SEASONS FOR SATELLITES!");
+  FindSun(ctx);
+  std::cout << std::fixed;
+  for (long j = 0; j < ctx.rnxd.satList.Length(); ++j) {
+    const short sat = ctx.rnxd.satList(j);
+    if (!IsProcessed(ctx, sat)) continue;
+    const long count = RemoveEclipsed(ctx, sat);
+    if (count > 0) AppendEclipsed(ctx, sat, count);
+  }
+  if (ctx.verbose)
+    std::cerr << "Zenta::GetEclipsing():         #Eclipsing Satellites: " << ctx.NEclipsSat << '\n';
+}
+
+void PhaseWindUp(KorvanC& ctx) {
+  if (!ctx.ifPhaseObs) return;
+  Progress(ctx, "PhaseWindUp(): APPLYING PHASE WIND-UP BIAS!");
+  const Dipoles antenna = ReceiverDipoles(ctx);
+  for (long j = 0; j < ctx.nAmb; ++j)
+    if (IsProcessed(ctx, ctx.AmbSat(j))) CorrectArc(ctx, j, antenna);
+}
+
+void PrintEclipsingSatellite(KorvanC& ctx) {
+  if (!ctx.ifPhaseObs) return;
+  constexpr const char* kRule = "  -------------------------------\n";
+  std::cout << "ECLIPSING EPOCHS FOR SATELLITES:\n--------------------------------\n\n"
+            << "   ID     PRN      #ECLIPSING OBS\n"
+            << kRule;
+  for (long i = 0; i < ctx.NEclipsSat; ++i) {
+    const short sat = ctx.EclipsSat(i);
+    const bool gps = sat <= 99;
+    std::cout << std::setw(5) << i + 1 << std::setw(6) << (gps ? 'G' : 'R') << std::setw(2)
+              << (gps ? sat : sat - 100) << std::setw(20) << ctx.EclipsNObs(i) << '\n';
+  }
+  std::cout << kRule << "\n\n";
+}

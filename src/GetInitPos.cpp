@@ -1,0 +1,37 @@
+#include "GetInitPos.h"
+
+#include "GNSS/g_lg.h"
+#include "GNSS/xyz_flh.h"
+#include "KorvanC.h"
+#include "PROGINC/ProgramError.h"
+#include "Progress.h"
+
+namespace {
+
+xyz MarkerPosition(KorvanC& ctx) {
+  if (!ctx.isAprCrd) return ctx.rnxh.X0;
+  mjd middle = ctx.rnxd.epoch(ctx.rnxd.nepochall / 2);
+  const xyz marker = ctx.acrd.GetCRD(ctx.rnxh.mname, ctx.rnxh.mnumber, middle);
+  if (ctx.acrd.IsSite()) return marker;
+  ProgramWarning("Zenta", "SITE NAME NOT LISTED IN APRIORI COORDINATE FILE - USING RINEX VALUES!");
+  return ctx.rnxh.X0;
+}
+
+} // namespace
+
+void GetReceiverProperties(KorvanC& ctx) {
+  Progress(ctx, "GetReceiverProperties(): RECEIVER POSITION PARAMETERS!!");
+  Progress(ctx, "GetReceiverProperties():         Receiver code tracking type!");
+  ctx.RecCodeTrackType = ctx.isRCodTrc ? ctx.rctrack.GetRecCodeTrack(ctx.rnxh.rectype) : short{0};
+
+  Progress(ctx, "GetReceiverProperties():         Setting a-priori coordinates!");
+  ctx.RecPos0 = MarkerPosition(ctx);
+  ctx.RecPosFC = ctx.RecPos0;
+  ctx.RecPosEccLG = neu();
+
+  Progress(ctx, "GetReceiverProperties():         RINEX eccentricity Delta H/E/N!");
+  ctx.RecPosEccLG += ctx.rnxh.Dp;
+  ctx.RecPosFC += lg2g(ctx.RecPosEccLG, ctx.RecPos0, ctx.eGPS);
+  ctx.RecPosFCG = xyz2flh(ctx.RecPosFC, ctx.eGPS);
+  ctx.RecPos0G = xyz2flh(ctx.RecPos0, ctx.eGPS);
+}
