@@ -1,0 +1,15 @@
+#ifndef SRC_PROCIONOEPH_H
+#define SRC_PROCIONOEPH_H
+
+class KorvanC;
+
+/// The vertical delay (and gradients) of every epoch by itself, with biases and ambiguities held
+/// at the values of the main adjustment and only the values that took part in it. Changes
+/// nothing in the context.
+///
+/// An epoch needs more observations than unknowns; one that has fewer gives no line, with
+/// gradients too (it does not fall back to the delay alone). Nothing happens unless
+/// ifEstIONEph is set.
+void ProcIonoEph(KorvanC& ctx);
+
+#endif
