@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t kColTCorr = 69; // an epoch line that reaches behind it has a clock offset
+constexpr std::size_t kClockLongerThan = 69; // an epoch line that has a clock offset
 
 bool SkipLine(LineSource& text) { return text.Skip(kRINEXLineLimit); }
 
@@ -74,7 +74,7 @@ void RINEX::CountRec(LineSource& text) {
     if (!IsFirstObsLine(line)) continue;
     const short nsat = CountSatellites(line);
     ++nepoch;
-    if (nepoch == 1) IsTimeCorr = line.size() > kColTCorr;
+    if (nepoch == 1) IsTimeCorr = line.size() > kClockLongerThan;
     nobsall += static_cast<unsigned long>(nsat);
     SkipSatellites(text, nsat, ntypes);
   }
