@@ -141,7 +141,7 @@ public:
   /// which the satellite, not the receiver, is turned by the Earth's rotation during the travel
   /// time, and in the opposite sense to that of the receiver above; ps stays as it is.
   ///
-  /// \param pos  satellite [m], not turned
+  /// \param pos  satellite [m], turned; \p vel is not
   /// \returns distance of the turned satellite from \p rec [m]; -1, without an evaluation, for an
   ///   observation that is not a number or beyond a day of travel.
   long double CalcSatPosition(short slot, const mjd& t, const mjd& tsel, const xyz& rec, xyzt& pos,

@@ -278,7 +278,8 @@ long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, 
   mjd emission;
   if (!SetEmissionEpoch(t, -tau, emission)) return -1;
   CalcSatPosition(slot, emission, tsel, pos, vel, warn);
-  return (rec - pos.RotateZ(OMEGAz * tau)).GetLength();
+  pos = pos.RotateZ(OMEGAz * tau);
+  return (rec - pos).GetLength();
 }
 
 void GLNbEph::PrintParameter(const char* name, long double value) { WriteParameter(name, value); }
