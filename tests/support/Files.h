@@ -1,6 +1,8 @@
 #ifndef SUPPORT_FILES_H
 #define SUPPORT_FILES_H
 
+#include "support/Paths.h"
+
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
