@@ -73,7 +73,7 @@ private:
 /// Source: Rothacher and Schmid, ANTEX: The Antenna Exchange Format, version 1.4.
 class antex {
 public:
-  /// Takes the file name, cut to 255 characters. A file that can't be opened ends the program:
+  /// Takes the file name, 255 characters at most. A file that can't be opened ends the program:
   /// "ANTEX FILE DOES NOT EXISTS!".
   void SetFile(const char* name);
   /// Reads the file whole. A file cut short gives the records up to its end.

@@ -21,7 +21,7 @@ xyzt flht2xyzt(const flht& p, const elipsoid& ell);
 /// \returns latitude and longitude [rad], ellipsoidal height [m]. Longitude lies in
 ///   [-pi, pi]; a point on the negative x axis (y = 0) gets -pi. On the polar axis and at the
 ///   centre of the Earth latitude and height are not numbers, and so they are for a point deep
-///   inside the Earth (within some 43 km of the centre) whose latitude never settles. The
+///   inside the Earth (up to some 100 km from its centre) whose latitude never settles. The
 ///   result is not checked; copying it checks it, see flh.
 ///
 /// Iterates until latitude moves by no more than 1e-14 rad (6e-8 m on the ground); the height

@@ -1,5 +1,5 @@
-#ifndef LIB_GNSS_COORDINATEFIELD_H
-#define LIB_GNSS_COORDINATEFIELD_H
+#ifndef GNSS_COORDINATEFIELD_H
+#define GNSS_COORDINATEFIELD_H
 
 #include <cmath>
 #include <iomanip>

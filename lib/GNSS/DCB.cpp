@@ -1,5 +1,6 @@
 #include "GNSS/DCB.h"
 
+#include "GNSS/SatelliteNumber.h"
 #include "GNSS/TimeConverse.h"
 #include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
@@ -93,14 +94,7 @@ bool DCB::IsSatelliteLine(std::string_view line) {
          IsDigit(Column(line, kColOnes)) && IsSpace(Column(line, kColBlank));
 }
 
-short DCB::ParseSatelliteNum(std::string_view line) {
-  const char tens = Column(line, kColTens);
-  int number = Column(line, kColOnes) - '0';
-  if (tens != ' ') number += 10 * (tens - '0');
-  if (Column(line, kColSystem) == 'R') number += 100;
-  if (Column(line, kColSystem) == 'E') number += 200;
-  return static_cast<short>(number);
-}
+short DCB::ParseSatelliteNum(std::string_view line) { return SatelliteNumber(line, kColSystem); }
 
 void DCB::ParseValidDate() {
   const std::string_view name(file);

@@ -1,6 +1,7 @@
 #include "GNSS/GNSSpEph.h"
 
 #include "ClassMessage.h"
+#include "GNSS/SatelliteNumber.h"
 #include "GNSS/gnssobs.h"
 #include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
@@ -59,21 +60,6 @@ constexpr long kShortestRecord = 46;
 
 // A range from here is not a number, which ends the iteration of a travel time.
 const xyzt kNowhere(std::numeric_limits<long double>::quiet_NaN(), 0, 0, 0);
-
-// Letter, tens digit (or a blank), units digit.
-short SatelliteNumber(std::string_view line, std::size_t column) {
-  const char tens = Column(line, column + 1);
-  const char units = Column(line, column + 2);
-  const int number = (tens == ' ' ? 0 : 10 * (tens - '0')) + (units - '0');
-  switch (Column(line, column)) {
-  case 'R':
-    return static_cast<short>(number + 100);
-  case 'E':
-    return static_cast<short>(number + 200);
-  default:
-    return static_cast<short>(number);
-  }
-}
 
 short Exponent(std::string_view line, std::size_t column) {
   return static_cast<short>(ToInt(Columns(line, column, 3)));

@@ -1,6 +1,9 @@
 #include "GNSS/antexNew.h"
 
+#include "GNSS/DateField.h"
+#include "GNSS/SatelliteNumber.h"
 #include "GNSS/TimeConverse.h"
+#include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
 #include "PROGINC/TextNumber.h"
@@ -9,7 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <iterator>
 #include <limits>
 #include <string>
@@ -73,17 +75,8 @@ double Number(std::string_view line, std::size_t column) { return ToDouble(Colum
 // [m] from a field in millimetres
 double Metres(std::string_view line, std::size_t column) { return Number(line, column) / 1000; }
 
-short TwoDigits(std::string_view line, std::size_t column) {
-  const char tens = Column(line, column);
-  const char units = Column(line, column + 1);
-  return static_cast<short>((tens == ' ' ? 0 : 10 * (tens - '0')) + (units - '0'));
-}
-
-// A calendar field beyond its type becomes one that no calendar has.
-unsigned short CalendarField(std::string_view line, std::size_t column) {
-  constexpr int most = std::numeric_limits<unsigned short>::max();
-  const int value = ToInt(Columns(line, column));
-  return static_cast<unsigned short>(value < 0 || value > most ? most : value);
+unsigned short DateAt(std::string_view line, std::size_t column) {
+  return DateField(Columns(line, column));
 }
 
 void ReadNodes(std::string_view line, int nodes, matrix<double>& table, long row) {
@@ -168,29 +161,18 @@ void AntennaPCV::ParseSerialType(std::string_view line) {
   PCVType = AntennaClass(line);
   CopyText(Columns(line, kColName, kWidthName), AntennaName);
   const char letter = Column(line, kColSatellite);
-  const short number = TwoDigits(line, kColSatellite + 1);
-  switch (letter) {
-  case 'G':
-    SatID = number;
-    return;
-  case 'R':
-    SatID = static_cast<short>(100 + number);
-    return;
-  case 'E':
-    SatID = static_cast<short>(200 + number);
-    return;
-  case ' ':
+  if (letter == ' ')
     SatID = 0;
-    return;
-  default:
+  else if (letter == 'G' || letter == 'R' || letter == 'E')
+    SatID = SatelliteNumber(line, kColSatellite);
+  else
     Warn("UNEXPECTED SATELLITE TYPE IN ANTEX FILE: %c! ", letter);
-  }
 }
 
 void AntennaPCV::ParseValid(std::string_view line, mjd& t) const {
-  t = ymdhms2mjd(ymdhms(CalendarField(line, kColYear), CalendarField(line, kColMonth),
-                        CalendarField(line, kColDay), CalendarField(line, kColHour),
-                        CalendarField(line, kColMinute), Number(line, kColSecond)));
+  t = ymdhms2mjd(ymdhms(DateAt(line, kColYear), DateAt(line, kColMonth), DateAt(line, kColDay),
+                        DateAt(line, kColHour), DateAt(line, kColMinute),
+                        Number(line, kColSecond)));
 }
 
 void AntennaPCV::ReadFrequency(std::string_view line, LineSource& source) {
@@ -242,7 +224,7 @@ void AntennaPCV::CompleteFrequencies() {
 }
 
 void antex::SetFile(const char* name) {
-  CopyText(name, antfile);
+  CopyFileName(name, antfile);
   if (!FileExists(antfile)) ProgramError("Zenta", "ANTEX FILE DOES NOT EXISTS!");
 }
 

@@ -1,5 +1,6 @@
 #include "teqc/CompactTEQC.h"
 
+#include "GNSS/SatelliteNumber.h"
 #include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
@@ -54,21 +55,6 @@ bool TakeNumber(std::string_view& line, int& number) {
   if (fault != std::errc()) return false;
   line = std::string_view(behind, static_cast<std::size_t>(end - behind));
   return true;
-}
-
-// A blank, the letter, tens digit (or a blank), units digit.
-int SatelliteNumber(std::string_view token) {
-  const char tens = Column(token, 2);
-  const char units = Column(token, 3);
-  const int number = (tens == ' ' ? 0 : 10 * (tens - '0')) + (units - '0');
-  switch (Column(token, 1)) {
-  case 'R':
-    return number + 100;
-  case 'E':
-    return number + 200;
-  default:
-    return number;
-  }
 }
 
 } // namespace
@@ -150,7 +136,7 @@ void CompactTEQC::ParseObsLine(std::string_view line, int n, long start) {
 
 void CompactTEQC::ParseSat(std::string_view line, int n, long start, matrix<short>& seen) {
   for (int j = 0; j < n; ++j) {
-    const int number = SatelliteNumber(Columns(line, kToken * static_cast<std::size_t>(j), kToken));
+    const int number = SatelliteNumber(line, kToken * static_cast<std::size_t>(j) + 1);
     if (number < 0 || number >= kSatellites) FileError("SATELLITE LIST");
     sat(start + j) = static_cast<unsigned short>(number);
     seen(number) = static_cast<short>(number);
