@@ -110,7 +110,8 @@ void CutArcs(short sat, const Samples& samples, long minLength, IsBreak isBreak,
 }
 
 /// Arcs of all satellites, in the order of satList, cut at gaps and where the value steps:
-/// isStep(satellite, step, seconds between). Satellites that are not \p wanted are left out.
+/// isStep(satellite, step, seconds between). Satellites for which isWanted(satellite) is false are
+/// left out.
 template <typename IsWanted, typename IsStep>
 Arcs CutAtDifferences(const RINEXData& store, const matrix<gnssobs>& values,
                       const matrix<long double>& elev, long double cutoff, long minLength,

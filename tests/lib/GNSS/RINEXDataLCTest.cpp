@@ -5,7 +5,7 @@
 #include "support/Near.h"
 #include "support/ObsStore.h"
 
-#include <string>
+#include <functional>
 
 namespace {
 
@@ -213,11 +213,11 @@ TEST_F(RINEXDataLC, MissingTypeLeavesTableAndFlagAsTheyWere) {
     (data.*c.table).Resize(0, 0);
     obs.header.*c.flag = false;
     obs.header.*c.type = false;
-    (data.*c.build)();
+    std::invoke(c.build, data);
     EXPECT_FALSE(obs.header.*c.flag) << &c - cases;
     EXPECT_EQ((data.*c.table).Length(), 0) << &c - cases;
     obs.header.*c.type = true;
-    (data.*c.build)();
+    std::invoke(c.build, data);
     EXPECT_TRUE(obs.header.*c.flag) << &c - cases;
     EXPECT_EQ((data.*c.table).Length(), 3) << &c - cases;
   }

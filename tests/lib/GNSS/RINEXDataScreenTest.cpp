@@ -13,12 +13,12 @@
 #include <random>
 #include <tuple>
 
-bool operator==(const PhaseArc& a, const PhaseArc& b) {
+static bool operator==(const PhaseArc& a, const PhaseArc& b) {
   return std::tie(a.sat, a.firstEpoch, a.firstRecord, a.lastEpoch, a.nObs) ==
          std::tie(b.sat, b.firstEpoch, b.firstRecord, b.lastEpoch, b.nObs);
 }
 
-std::ostream& operator<<(std::ostream& out, const PhaseArc& arc) {
+static std::ostream& operator<<(std::ostream& out, const PhaseArc& arc) {
   return out << arc.sat << ": " << arc.firstEpoch << '(' << arc.firstRecord << ")-" << arc.lastEpoch
              << " n " << arc.nObs;
 }
