@@ -112,9 +112,14 @@ public:
   void SetLC_MW(bool useC1);
 
   /// Moves the epochs onto the grid of the header's interval, and C1, P1, P2 and C5 by the
-  /// light travel of the same time.
+  /// light travel of the same time. Without an interval (0) nothing moves.
   void Corr4ClockError();
   /// Puts the whole-millisecond jumps of the receiver clock that the code shows into L1, L2.
+  ///
+  /// The size of a jump is that of the last satellite compared, without its sign; from there on
+  /// every epoch is moved by it. As each moved epoch is then compared with one that is not yet,
+  /// the epochs behind a jump count as jumps too. At most 100 satellites are compared; those
+  /// without a wavelength are neither compared nor moved. Needs C1 and L1.
   /// \param njumps  epochs at which the test found one (out)
   void CorrMSJumps(long& njumps);
 
@@ -135,7 +140,13 @@ public:
   void ScreenL4Linear(const matrix<long double>& elev, long double cutoff, long minLength,
                       long double a, long double b, long& nArcs);
   /// Reads the \p nArcs arcs of the file back, cuts those in which the wide lane jumps, and
-  /// writes them anew. \p limit [m] is the scatter of a sound arc.
+  /// writes them anew. \p limit [m] is the scatter of a sound arc, which keeps its record.
+  ///
+  /// A single outlier is passed over; two in a row cut, at the first when they agree within a
+  /// wide-lane wavelength of GPS, else at the second. The length of the first piece of an arc is
+  /// the number of its values, that of a further piece one less. Arcs that the file does not
+  /// hold whole are dropped.
+  /// \param nArcs  arcs in the file (in), arcs written (out)
   void ScreenMW(long double limit, long minLength, long& nArcs);
 
   /// From \p epoch and its first record \p rec on, finds the first usable L4 of \p sat.
