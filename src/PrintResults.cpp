@@ -40,7 +40,7 @@ void PrintStatistics(const KorvanC& ctx) {
             << ctx.NObsOutlG << "    R: " << setw(8) << ctx.NObsOutlR << "\n\n"
             << setprecision(2) //
             << "  REF. STD. APRIORI                              : " << setw(15) << kSigma0 << '\n'
-            << "  REF. STD. APOSTERORI                          : " << setw(15)
+            << "  REF. STD. APOSTERIORI                          : " << setw(15)
             << std::sqrt(ctx.s0apost) << '\n'
             << "  REFERENCE VARIANCE OF UNIT WEIGHT [GLOBAL TEST]: " << setw(15) << ctx.s0apost
             << "         [SQRT]" << setw(10) << std::sqrt(ctx.s0apost) / kSigma0 << "\n\n";
