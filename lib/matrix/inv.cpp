@@ -1,5 +1,6 @@
 #include "matrix/inv.h"
 
+#include "matrix/BlockedInverse.h"
 #include "matrix/I.h"
 #include "matrix/matrixUtil.h"
 
@@ -12,9 +13,10 @@ bool IsSingular = false;
 
 namespace {
 
-/// The leading block to invert, or all of \p A where \p n is negative.
+// Below this size the plain loop is over before the blocked one has set up its tables.
+constexpr long kSmallestBlocked = 8;
+
 matrix<long double> LeadingBlock(const matrix<long double>& A, long n) {
-  if (n < 0) return A;
   if (A.NRow() < n || A.NCol() < n)
     invError("Function:   inv\nDimension of submatrix inproper: ", A.NRow() - n, A.NCol() - n);
   matrix<long double> block(n, n);
@@ -67,19 +69,30 @@ bool Eliminate(matrix<long double>& a, matrix<long double>& b) {
   return true;
 }
 
-} // namespace
-
-matrix<long double> inv(const matrix<long double>& A, long n) {
-  matrix<long double> a = LeadingBlock(A, n);
+/// The elimination as a textbook has it: for small matrices, and for those that
+/// BlockedInverse declines, among them the singular ones with what is done of them.
+matrix<long double> PlainInverse(matrix<long double> a) {
   const long size = a.NRow();
-  if (size != a.NCol()) invError("Function:   inv\nMatrix is not square: ", size, a.NCol());
-  if (size == 0) invError("Function:   inv\nMatrix is not defined: ", size, size);
-  if (size == 1) return matrix<long double>(1, 1, 1.0L / a(0, 0));
-
   matrix<long double> b = I(size, 1.0L);
   invns::IsSingular = !Eliminate(a, b);
   if (invns::IsSingular) return b;
   for (long i = 0; i < size; ++i)
     for (long k = 0; k < size; ++k) b(i, k) /= a(i, i);
   return b;
+}
+
+} // namespace
+
+matrix<long double> inv(const matrix<long double>& A, long n) {
+  if (n >= 0) return inv(LeadingBlock(A, n));
+
+  const long size = A.NRow();
+  if (size != A.NCol()) invError("Function:   inv\nMatrix is not square: ", size, A.NCol());
+  if (size == 0) invError("Function:   inv\nMatrix is not defined: ", size, size);
+  if (size == 1) return matrix<long double>(1, 1, 1.0L / A(0, 0));
+
+  matrix<long double> inverse;
+  if (size < kSmallestBlocked || !BlockedInverse(A, invns::thres, inverse)) return PlainInverse(A);
+  invns::IsSingular = false;
+  return inverse;
 }
