@@ -128,7 +128,8 @@ public:
   /// Each writes the arcs it finds to the file AmbFile and to `arcs`, satellite by satellite
   /// in the order of satList. \p elev holds the elevation of each record, in the unit of
   /// \p cutoff; records at or below the cut-off are not used. Arcs shorter than \p minLength
-  /// are dropped; \p nArcs returns how many were written.
+  /// are dropped; \p nArcs returns how many were written. Without the screened table (a file
+  /// of one frequency has no L4) ScreenCL1 and ScreenL4 find none.
 
   /// Arcs of code less phase on L1, cut at a gap or a step above \p slipLimit [cycles].
   void ScreenCL1(const matrix<long double>& elev, long double cutoff, long minLength,

@@ -86,6 +86,7 @@ std::unordered_map<short, Samples> UsableBySatellite(const RINEXData& store,
                                                      const matrix<long double>& elev,
                                                      long double cutoff) {
   std::unordered_map<short, Samples> usable;
+  if (values.Length() == 0) return usable; // never formed: the file lacks its types
   long first = 0;
   for (long i = 0; i < store.nepochall; ++i) {
     const long end = first + store.nsat(i);
