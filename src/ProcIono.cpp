@@ -89,6 +89,8 @@ public:
   }
 
   void WriteSummary() const {
+    if (ctx_.NRed == 0)
+      ProgramWarning("Zenta", "NO REDUNDANT OBSERVATIONS - REFERENCE VARIANCE SET TO 0!");
     std::cout << "  DONE!        #OBS: " << std::setw(10) << ctx_.NObs
               << "     #UNK: " << std::setw(10) << ctx_.NUnk << "     #OUT: " << std::setw(10)
               << ctx_.NObsOutl << "      REF. VAR. APOSTERORI: " << std::setprecision(4)
@@ -291,14 +293,20 @@ private:
       if (ctx_.ObsPerUnk(a) == 0) ctx_.Nall(a, a) = 1;
   }
 
+  /// Of the last inverse; inv looks at no pivot of a 1 x 1 matrix.
+  bool IsSingular() const {
+    const matrix<long double>& N = ctx_.Nall;
+    return N.Length() == 1 ? std::fabs(N(0)) < invns::thres : invns::IsSingular;
+  }
+
   void Solve() {
     ctx_.QxxAll = inv(ctx_.Nall);
-    if (invns::IsSingular)
-      ProgramError("Zenta", "PROBLEMS INVERTING MATRIX N - SINGULARITY POSSIBILITY!!!");
     ctx_.xAll = ctx_.QxxAll * ctx_.tall;
     dcorr_ = PartNorm(ctx_.xAll, ctx_.NUnk);
+    if (IsSingular() || !std::isfinite(dcorr_))
+      ProgramError("Zenta", "PROBLEMS INVERTING MATRIX N - SINGULARITY POSSIBILITY!!!");
     ctx_.NRed = static_cast<long double>(ctx_.nIonoConst + (ctx_.NObs - ctx_.NUnk));
-    ctx_.s0apost = ctx_.vtPv / ctx_.NRed;
+    ctx_.s0apost = ctx_.NRed == 0 ? 0 : ctx_.vtPv / ctx_.NRed;
     Update();
   }
 

@@ -1,5 +1,6 @@
 #include "ProcIono.h"
 
+#include "GNSS/GNSSLinCombs.h"
 #include "SetUnknowns.h"
 #include "support/Captured.h"
 #include "support/Ends.h"
@@ -7,6 +8,7 @@
 #include "support/TinyRun.h"
 
 #include <iomanip>
+#include <vector>
 
 namespace {
 
@@ -292,6 +294,63 @@ TEST(ProcIono, VerboseEndsTheDetectionLineWithTheCount) {
             std::string::npos);
 }
 
+TEST(ProcIono, OutlierOfP1C1KeepsItsP2C1) {
+  // N of 11 pairs less one P1-C1 and its cross term
+  Pairs run(1, 3, 4, 31, 3);
+  run.ctx.ifPhaseObs = false;
+  run.ctx.isThresBlunder = true;
+  run.ctx.ThresBlunder = 10;
+  run.Adjust();
+  EXPECT_FALSE(run.ctx.ifOP1C1(4));
+  EXPECT_TRUE(run.ctx.ifOP2C1(4));
+  EXPECT_TRUE(Near(run.ctx.Nall(0, 0), 10 * 2.0L / 3, 1e-17L));
+  EXPECT_TRUE(Near(run.ctx.Nall(1, 1), 11 * 2.0L / 3, 1e-17L));
+  EXPECT_TRUE(Near(run.ctx.Nall(0, 1), -10.0L / 3, 1e-17L));
+  EXPECT_TRUE(Near(run.ctx.xP1C1, 1, 1e-9L));
+  EXPECT_TRUE(Near(run.ctx.xP2C1, 3, 1e-9L));
+}
+
+TEST(ProcIono, PairOfOutliersTakesItsCrossTermOnce) {
+  Pairs run(1, 3, 4, 31, 33);
+  run.ctx.ifPhaseObs = false;
+  run.ctx.isThresBlunder = true;
+  run.ctx.ThresBlunder = 10;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObsOutl, 2);
+  EXPECT_EQ(run.ctx.NObs, 2 * 22 - 2);
+  EXPECT_TRUE(Near(run.ctx.Nall(0, 0), 10 * 2.0L / 3, 1e-17L));
+  EXPECT_TRUE(Near(run.ctx.Nall(0, 1), -10.0L / 3, 1e-17L));
+  // The sum is of the residuals before the last update: 30/11 m in both values of ten pairs,
+  // 2/3 (30/11)^2 each. A second cross term would leave less.
+  EXPECT_TRUE(Near(run.ctx.vtPv, 10 * 2.0L / 3 * 900 / 121, 1e-9L));
+}
+
+TEST(ProcIono, EliminationTestsWhatTheMisclosureTestLeftOut) {
+  // 60 m exceeds "-ft" in both iterations, so that ten values are in the matrix. The residual
+  // exceeds "-bt" too: an eleventh value is subtracted that was never added.
+  Pairs run(1, 3, 4, 1, 60);
+  run.header.iPC1 = false;
+  run.ctx.ifPhaseObs = false;
+  run.ctx.isMaxfDiff = run.ctx.isThresBlunder = true;
+  run.ctx.ThresBlunder = 10;
+  run.Adjust();
+  EXPECT_TRUE(Near(run.ctx.Nall(0, 0), 9 * 2.0L / 3, 1e-17L));
+  EXPECT_EQ(run.ctx.NObs, 2 * 10 - 1);
+  EXPECT_EQ(run.ctx.ObsPerUnk(0), 10);
+}
+
+TEST(ProcIono, ResidualAtTheThresholdStays) {
+  // two values 4 m off the mean of all on either side
+  Pairs run(1, 3, 4, 1, 7);
+  run.header.iPC1 = false;
+  run.ctx.ifPhaseObs = false;
+  run.data.P2(5) = run.data.C1(5).GetObs() - 1;
+  run.ctx.isThresBlunder = true;
+  run.ctx.ThresBlunder = 4.0001L;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObsOutl, 0);
+}
+
 // ---- Selection -------------------------------------------------------------------------------
 
 TEST(ProcIono, RecordsAtTheCutOffAreNotUsed) {
@@ -367,6 +426,317 @@ TEST(ProcIono, OnlyIonosphereUsesP1C1WithoutUnknowns) {
   EXPECT_TRUE(Near(run.ctx.vtPv, 0.5L, 1e-9L));
 }
 
+TEST(ProcIono, EpochsOfAShortBlockGoWithTheIntervalBehindIt) {
+  // 8 epochs, a gap, 3 epochs that get no interval, a gap, 8 epochs
+  Quiet run;
+  std::vector<TinyEpoch> epochs;
+  mjd t(55844, 0);
+  for (const int length : {8, 3, 8}) {
+    for (int i = 0; i < length; ++i) {
+      epochs.push_back({t, {Record(1, 0, 2)}});
+      t += 30.0L;
+    }
+    t += 970.0L;
+  }
+  Fill(run, epochs);
+  run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 300;
+  run.ctx.ifPhaseObs = false;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.ObsPerUnk(0), 8);
+  EXPECT_EQ(run.ctx.ObsPerUnk(2), 11);
+}
+
+// ---- Ionosphere
+// ----------------------------------------------------------------------------------
+
+TEST(ProcIono, ContinuityConstraintSolvedByHand) {
+  // Epochs every 20 minutes, intervals of an hour: 0 to 3 and 4 to 7, the second 4/3 h behind the
+  // first. Vertical delays y = (1, 2, 1, 3) at epochs 0, 3, 4, 7, the latter two 0 and 1 h into
+  // the second interval. With d1 = d0 + 4/3 r0 the last value gives r1 alone, and a line through
+  // (0, 1), (1, 2), (4/3, 1) remains: N = [3 7/3; 7/3 25/9], t = (4, 10/3), det N = 26/9,
+  // d0 = (100 - 70)/9 / (26/9) = 15/13, r0 = (10 - 28/3) / (26/9) = 3/13, d1 = 19/13,
+  // r1 = 3 - 19/13 = 20/13.
+  Quiet run;
+  std::vector<TinyEpoch> epochs;
+  for (int i = 0; i < 8; ++i) epochs.push_back({Hours(i / 3.0L), {}});
+  const long at[] = {0, 3, 4, 7};
+  const long double y[] = {1, 2, 1, 3};
+  for (int k = 0; k < 4; ++k)
+    epochs[static_cast<std::size_t>(at[k])].records.push_back(Record(1, 0, kG * y[k]));
+  Fill(run, epochs);
+  run.header.iPC1 = false;
+  run.ctx.ifPhaseObs = false;
+  run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 3600;
+  run.ctx.MaxIonGap = 1201;
+  run.Adjust();
+  ASSERT_EQ(run.ctx.nIono, 2);
+  ASSERT_EQ(run.ctx.nIonoConst, 1);
+  EXPECT_TRUE(Near(run.ctx.xION(0, 0), 15.0L / 13, 1e-10L));
+  EXPECT_TRUE(Near(run.ctx.xION(0, 1), 3.0L / 13, 1e-10L));
+  EXPECT_TRUE(Near(run.ctx.xION(1, 0), 19.0L / 13, 1e-10L));
+  EXPECT_TRUE(Near(run.ctx.xION(1, 1), 20.0L / 13, 1e-10L));
+  // residuals of the line: (2, -8, 6)/13, of the last value 0
+  EXPECT_TRUE(Near(run.ctx.vtPv, 2.0L / 3 * kG * kG * (4 + 64 + 36) / 169, 1e-10L));
+  EXPECT_EQ(run.ctx.NRed, 1 + (2 * 4 - 4)); // the constraint counts as an observation
+}
+
+TEST(ProcIono, IntervalWithoutObservationsFollowsTheConstraint) {
+  // No record in the second interval: its rate stays 0. The 1 on its diagonals holds its delay
+  // back, so that iterations carry it over step by step.
+  Quiet run;
+  std::vector<TinyEpoch> epochs;
+  for (int i = 0; i < 8; ++i) {
+    const long double h = i / 3.0L;
+    epochs.push_back({Hours(h), {}});
+    if (i < 4) epochs.back().records.push_back(Record(1, 0, kG * (2 + 0.5L * h)));
+  }
+  Fill(run, epochs);
+  run.header.iPC1 = false;
+  run.ctx.ifPhaseObs = false;
+  run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 3600;
+  run.ctx.MaxIonGap = 1201;
+  run.ctx.IterThres = 1e-9;
+  run.ctx.MaxIter = 1000;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.ObsPerUnk(2), 0);
+  EXPECT_TRUE(Near(run.ctx.xION(0, 0), 2, 1e-6L));
+  EXPECT_TRUE(Near(run.ctx.xION(1, 0), 2 + 0.5L * 4 / 3, 1e-6L));
+  EXPECT_EQ(run.ctx.xION(1, 1), 0);
+}
+
+TEST(ProcIono, GlonassDelayRefersToTheGpsFrequency) {
+  // slots 5 and 6 on channels -7 and 6: f1 = 1598.0625 and 1605.375 MHz, f2 = 7/9 of it
+  GLONASSc::SetFrequency(-7, 4);
+  GLONASSc::SetFrequency(6, 5);
+  const auto p2c1 = [](long double f1, long double m, long double h) {
+    return std::pow(1575.42L / f1, 2) * (81.0L / 49.0L - 1) * m * (3 - h);
+  };
+  Quiet run;
+  std::vector<TinyEpoch> epochs;
+  for (int i = 0; i < 4; ++i) {
+    const long double h = i / 3.0L;
+    epochs.push_back({Hours(h),
+                      {Record(105, 0, p2c1(1598.0625L, 1, h)),
+                       Record(106, 0, p2c1(1605.375L, 2, h), 0, ElevationOf(2))}});
+  }
+  Fill(run, epochs);
+  run.ctx.ifPhaseObs = false;
+  run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 7200;
+  run.ctx.MaxIonGap = 1201;
+  run.Adjust();
+  EXPECT_TRUE(Near(run.ctx.xION(0, 0), 3, 1e-11L));
+  EXPECT_TRUE(Near(run.ctx.xION(0, 1), -1, 1e-11L));
+  EXPECT_TRUE(Near(run.ctx.vtPv, 0, 1e-20L));
+}
+
+// ---- All kinds of unknowns, solved a second way
+// --------------------------------------------------
+//
+// Two GPS satellites and a GLONASS one, six epochs in one interval. The observations are made up
+// and fit no model. Each pair P1-C1, P2-C1 with its weight matrix w [[2/3, -1/3], [-1/3, 2/3]] is
+// the same as its sum with weight w/6 and its difference with weight w/2 (eigenvalues 1/3 and 1),
+// so that the rows, times the roots of their weights, can be orthogonalised: no normal equations.
+
+using Column = std::vector<long double>;
+
+long double Dot(const Column& a, const Column& b) {
+  long double sum = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) sum += a[i] * b[i];
+  return sum;
+}
+
+/// Least squares by the modified Gram-Schmidt process.
+struct Orthogonal {
+  Column x;
+  Column cofactor; ///< diagonal of the inverse of AT A
+  Column residual; ///< A x - b
+
+  Orthogonal(std::vector<Column> A, Column b) {
+    const std::size_t n = A.size();
+    std::vector<Column> R(n, Column(n, 0));
+    Column c(n);
+    for (std::size_t j = 0; j < n; ++j) {
+      R[j][j] = std::sqrt(Dot(A[j], A[j]));
+      for (long double& a : A[j]) a /= R[j][j];
+      for (std::size_t k = j + 1; k < n; ++k) {
+        R[j][k] = Dot(A[j], A[k]);
+        for (std::size_t i = 0; i < b.size(); ++i) A[k][i] -= R[j][k] * A[j][i];
+      }
+      c[j] = Dot(A[j], b);
+      for (std::size_t i = 0; i < b.size(); ++i) b[i] -= c[j] * A[j][i];
+    }
+    x = Back(R, c);
+    for (long double& v : b) v = -v;
+    residual = b;
+    // R inverse column by column; the diagonal of R^-1 R^-T sums the squares of its rows
+    cofactor.assign(n, 0);
+    for (std::size_t j = 0; j < n; ++j) {
+      Column e(n, 0);
+      e[j] = 1;
+      const Column column = Back(R, e);
+      for (std::size_t i = 0; i < n; ++i) cofactor[i] += column[i] * column[i];
+    }
+  }
+  static Column Back(const std::vector<Column>& R, Column c) {
+    for (std::size_t j = R.size(); j-- > 0;) {
+      for (std::size_t k = j + 1; k < R.size(); ++k) c[j] -= R[j][k] * c[k];
+      c[j] /= R[j][j];
+    }
+    return c;
+  }
+};
+
+struct AllKinds : Quiet {
+  static constexpr std::size_t kUnknowns = 11; // 4 biases, 3 ambiguities, delay, rate, east, north
+  std::vector<Column> A = std::vector<Column>(kUnknowns);
+  Column b;
+
+  AllKinds() {
+    GLONASSc::SetFrequency(3, 4);
+    std::vector<TinyEpoch> epochs;
+    int seed = 0;
+    for (int i = 0; i < 6; ++i) {
+      epochs.push_back({Hours(i / 6.0L), {}});
+      for (const int sat : {1, 2, 105}) {
+        seed += 6;
+        TinyRecord r =
+            Record(static_cast<short>(sat), Any(seed), 10 + Any(seed + 1), Any(seed + 2));
+        r.elevation = 0.9L + 0.5L * Any(seed + 3) / 3;
+        r.azimuth = 3 + Any(seed + 4);
+        r.weight = 1 + Any(seed + 5) / 4;
+        AddRows(r, i / 6.0L, sat == 105, sat == 1 ? 4U : sat == 2 ? 5U : 6U);
+        epochs.back().records.push_back(r);
+      }
+    }
+    Fill(*this, epochs);
+    for (const int sat : {1, 2, 105}) AddArc(*this, static_cast<short>(sat), 0, 5, 20);
+    ctx.ifEstREC = ctx.ifEstGLN = ctx.ifEstION = ctx.ifEstIGrad = true;
+    ctx.NIonUnkT = 4;
+    ctx.IonoInterval = 7200;
+    ctx.MaxIonGap = 1201;
+  }
+  /// Scattered between -3 and 3, none of them near 0.
+  static long double Any(int seed) {
+    const long double v = 3 * std::sin(1.7L * seed * seed + 0.3L);
+    return std::fabs(v) < 0.01L ? 0.5L : v;
+  }
+  void AddRows(const TinyRecord& r, long double h, bool glonass, std::size_t ambiguity) {
+    const long double z = std::asin(6371.0L / 6821.0L * std::cos(r.elevation));
+    // channel 3: 1603.6875 MHz and 7/9 of it
+    const long double g = glonass ? std::pow(1575.42L / 1603.6875L, 2) * (81.0L / 49.0L - 1) : kG;
+    const long double v = g / std::cos(z);
+    const long double east = v * std::tan(z) * std::sin(r.azimuth);
+    const long double north = v * std::tan(z) * std::cos(r.azimuth);
+    Column p1c1(kUnknowns, 0);
+    Column p2c1 = p1c1;
+    p1c1[glonass ? 2 : 0] = 1;
+    p2c1[glonass ? 3 : 1] = 1;
+    Column l4 = Column(kUnknowns, 0);
+    l4[ambiguity] = 1;
+    for (Column* row : {&p2c1, &l4}) {
+      (*row)[7] = v;
+      (*row)[8] = v * h;
+      (*row)[9] = east;
+      (*row)[10] = north;
+    }
+    const long double d1 = r.P1 - r.C1;
+    const long double d2 = r.P2 - r.C1;
+    AddRow(p1c1, p2c1, 1, d1 + d2, r.weight / 6);
+    AddRow(p1c1, p2c1, -1, d1 - d2, r.weight / 2);
+    AddRow(l4, p1c1, 0, r.L4, 100 * r.weight);
+  }
+  /// first + sign * second = value, with weight \p w.
+  void AddRow(const Column& first, const Column& second, int sign, long double value,
+              long double w) {
+    for (std::size_t k = 0; k < kUnknowns; ++k)
+      A[k].push_back(std::sqrt(w) * (first[k] + sign * second[k]));
+    b.push_back(std::sqrt(w) * value);
+  }
+};
+
+TEST(ProcIono, AllKindsOfUnknownsEqualAnOrthogonalSolution) {
+  AllKinds run;
+  run.Adjust();
+  const Orthogonal truth(run.A, run.b);
+  const KorvanC& ctx = run.ctx;
+  const long double found[] = {ctx.xP1C1,      ctx.xP2C1,        ctx.xbSAT(2, 0), ctx.xbSAT(2, 1),
+                               ctx.xAmb(0),    ctx.xAmb(1),      ctx.xAmb(2),     ctx.xION(0, 0),
+                               ctx.xION(0, 1), ctx.xIGRAD(0, 0), ctx.xIGRAD(0, 1)};
+  for (std::size_t k = 0; k < AllKinds::kUnknowns; ++k) {
+    EXPECT_TRUE(Near(found[k], truth.x[k], 1e-11L)) << k;
+    const long j = static_cast<long>(k);
+    EXPECT_TRUE(Near(ctx.QxxAll(j, j) / truth.cofactor[k], 1, 1e-12L)) << k;
+  }
+  EXPECT_TRUE(Near(ctx.vtPv, Dot(truth.residual, truth.residual), 1e-9L));
+  EXPECT_EQ(ctx.NObs, 54 * ctx.IterDone);
+  EXPECT_EQ(ctx.ObsPerUnk(7), 36);
+}
+
+TEST(ProcIono, PhaseAloneWithGradientsNeedsTheAmbiguities) {
+  // the same without code: ambiguities and delay of one interval hang together through the
+  // mapping alone, and the solution still is the orthogonal one
+  AllKinds run;
+  run.ctx.ifCodeObs = run.ctx.ifEstREC = run.ctx.ifEstGLN = false;
+  run.header.iPC1 = run.header.iPC4 = false;
+  std::vector<Column> A(7);
+  Column b;
+  for (std::size_t i = 2; i < run.b.size(); i += 3) {
+    for (std::size_t k = 0; k < 7; ++k) A[k].push_back(run.A[k + 4][i]);
+    b.push_back(run.b[i]);
+  }
+  run.Adjust();
+  const Orthogonal truth(A, b);
+  EXPECT_TRUE(Near(run.ctx.xAmb(2), truth.x[2], 1e-9L));
+  EXPECT_TRUE(Near(run.ctx.xION(0, 0), truth.x[3], 1e-9L));
+  EXPECT_TRUE(Near(run.ctx.xION(0, 1), truth.x[4], 1e-9L));
+  EXPECT_TRUE(Near(run.ctx.xIGRAD(0, 0), truth.x[5], 1e-9L));
+  EXPECT_TRUE(Near(run.ctx.xIGRAD(0, 1), truth.x[6], 1e-9L));
+}
+
+// ---- Redundancy
+// ----------------------------------------------------------------------------------
+
+TEST(ProcIono, WithoutRedundancyTheVarianceIsZeroAndWarnedAbout) {
+  // a delay and a rate from two observations
+  Quiet run;
+  Fill(run, {{Hours(0), {Record(1, 0, kG * 2)}},
+             {Hours(1.0L / 3), {}},
+             {Hours(2.0L / 3), {}},
+             {Hours(1), {Record(1, 0, kG * 3)}}});
+  run.ctx.ifPhaseObs = false;
+  run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 7200;
+  run.ctx.MaxIonGap = 1201;
+  run.ctx.MaxIter = 1;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NRed, 0);
+  EXPECT_EQ(run.ctx.s0apost, 0);
+  EXPECT_TRUE(Near(run.ctx.xION(0, 1), 1, 1e-12L));
+  EXPECT_NE(run.errors.Text().find("#### Zenta: Warning -> NO REDUNDANT OBSERVATIONS - REFERENCE "
+                                   "VARIANCE SET TO 0! ####"),
+            std::string::npos)
+      << run.errors.Text();
+}
+
+TEST(ProcIono, MoreUnknownsThanObservationsGiveANegativeVariance) {
+  // three ambiguities that are not observed
+  Pairs run(1, 3, 4, 1, 9);
+  run.ctx.MaxIter = 1;
+  for (short sat = 2; sat < 40; ++sat) AddArc(run, sat, 0, 10);
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NRed, 33 - 41);
+  EXPECT_LT(run.ctx.s0apost, 0);
+}
+
 // ---- Failures --------------------------------------------------------------------------------
 
 TEST(ProcIonoDeathTest, SingularNormalMatrixEndsTheProgram) {
@@ -391,6 +761,78 @@ TEST(ProcIonoDeathTest, SingularNormalMatrixEndsTheProgram) {
         ProcIono(run.ctx);
       },
       "PROBLEMS INVERTING MATRIX N - SINGULARITY POSSIBILITY!!!");
+}
+
+TEST(ProcIonoDeathTest, SingleUnknownWhoseValuesAllGoEndsTheProgram) {
+  // six values of 3 m and six of 9 m: all are 3 m off their mean
+  EXPECT_ENDS(
+      {
+        TinyRun run;
+        std::vector<TinyEpoch> epochs;
+        for (long i = 0; i < 12; ++i)
+          epochs.push_back(
+              {Hours(static_cast<long double>(i) / 120), {Record(1, 0, i % 2 == 0 ? 3 : 9)}});
+        Fill(run, epochs);
+        run.header.iPC1 = false;
+        run.ctx.ifEstREC = run.ctx.isThresBlunder = true;
+        run.ctx.ThresBlunder = 1;
+        run.ctx.ifPhaseObs = false;
+        SetUnknowns(run.ctx);
+        ProcIono(run.ctx);
+      },
+      "PROBLEMS INVERTING MATRIX N - SINGULARITY POSSIBILITY!!!");
+}
+
+TEST(ProcIonoDeathTest, NothingToEstimateEndsWithTheReportOfTheInverse) {
+  EXPECT_ENDS(
+      {
+        TinyRun run;
+        Fill(run, {{Hours(0), {Record(1, 1, 3)}}});
+        run.ctx.ifEstREC = true; // one value is too few for a bias
+        run.ctx.ifPhaseObs = false;
+        SetUnknowns(run.ctx);
+        ProcIono(run.ctx);
+      },
+      "Matrix is not defined:  \\[    0,    0\\]");
+}
+
+TEST(ProcIonoDeathTest, JoinedRestOfAnInnerBlockLeavesTheLastEpochsWithoutARow) {
+  // 12 epochs of 30 s in intervals of 300 s, a gap, 8 more: one record short
+  EXPECT_ENDS(
+      {
+        TinyRun run;
+        std::vector<TinyEpoch> epochs;
+        for (long i = 0; i < 20; ++i)
+          epochs.push_back(
+              {Hours((static_cast<long double>(i) + (i < 12 ? 0 : 40)) / 120), {Record(1, 1, 3)}});
+        Fill(run, epochs);
+        run.ctx.ifEstION = true;
+        run.ctx.NIonUnkT = 2;
+        run.ctx.IonoInterval = 300;
+        run.ctx.ifPhaseObs = false;
+        SetUnknowns(run.ctx);
+        ProcIono(run.ctx);
+      },
+      "Row index not in range:     1 -> \\[    0,    0\\]");
+}
+
+TEST(ProcIonoDeathTest, IntervalFarLongerThanTheDataEndsWithTheReportOfTheTable) {
+  // 210 s are less than a quarter of the hour: no interval is left
+  EXPECT_ENDS(
+      {
+        TinyRun run;
+        std::vector<TinyEpoch> epochs;
+        for (long i = 0; i < 8; ++i)
+          epochs.push_back({Hours(static_cast<long double>(i) / 120), {Record(1, 1, 3)}});
+        Fill(run, epochs);
+        run.ctx.ifEstION = true;
+        run.ctx.NIonUnkT = 2;
+        run.ctx.IonoInterval = 3600;
+        run.ctx.ifPhaseObs = false;
+        SetUnknowns(run.ctx);
+        ProcIono(run.ctx);
+      },
+      "Matrix is not set:  \\[    0,    2\\]");
 }
 
 TEST(ProcIonoDeathTest, JoinedShortRestEndsWithTheRangeReport) {

@@ -1,6 +1,7 @@
 #include "SetUnknowns.h"
 
 #include "support/Captured.h"
+#include "support/Ends.h"
 #include "support/Near.h"
 #include "support/TinyRun.h"
 
@@ -96,6 +97,92 @@ TEST(SetUnknowns, GlonassBiasesFollowTheReceivers) {
   EXPECT_EQ(run.ctx.ixbSAT(1, 0), 2);
   EXPECT_EQ(run.ctx.ixbSAT(1, 1), 3);
   EXPECT_EQ(run.ctx.NUnkDCB, 4);
+}
+
+TEST(SetUnknowns, BlocksFollowEachOtherWithoutHoles) {
+  // GPS 1 and 2, GLONASS 103, two arcs, two intervals: 2 + 2, 1 + 1, 2, 4
+  Layout run;
+  Fill(run, Epochs(22, 30, [](long) {
+         return std::vector{Observed(1), Observed(2), Observed(103)};
+       }));
+  AddArc(run, 1, 0, 9);
+  AddArc(run, 103, 0, 21);
+  run.ctx.ifEstGPS = run.ctx.ifEstGLN = run.ctx.ifEstION = true;
+  run.ctx.NIonUnkT = 2;
+  run.ctx.IonoInterval = 300;
+  SetUnknowns(run.ctx);
+  const long bias[3][2] = {{0, 2}, {1, 3}, {4, 5}};
+  for (long j = 0; j < 3; ++j)
+    for (long c = 0; c < 2; ++c) EXPECT_EQ(run.ctx.ixbSAT(j, c), bias[j][c]) << j << c;
+  EXPECT_EQ(run.ctx.NUnkDCB, 6);
+  EXPECT_EQ(run.ctx.ixAmb(0), 6);
+  EXPECT_EQ(run.ctx.ixAmb(1), 7);
+  EXPECT_EQ(run.ctx.NUnk, 12);
+  // the constraint starts at the delay behind the ambiguities
+  EXPECT_EQ(run.ctx.Nall(12, 8), 1);
+  EXPECT_EQ(run.ctx.Nall(12, 10), -1);
+  EXPECT_EQ(run.ctx.Nall.NRow(), 13);
+  EXPECT_EQ(run.ctx.tall.NRow(), 13);
+  EXPECT_EQ(run.ctx.ObsPerUnk.NRow(), 12);
+}
+
+TEST(SetUnknowns, SatelliteOfAnotherSystemGetsNoBias) {
+  Layout run;
+  Fill(run, Epochs(11, 30, [](long) { return std::vector{Observed(99), Observed(200)}; }));
+  run.ctx.ifEstGPS = run.ctx.ifEstGLN = true;
+  SetUnknowns(run.ctx);
+  EXPECT_EQ(run.ctx.ixbSAT(0, 0), 0);
+  EXPECT_EQ(run.ctx.ixbSAT(1, 0), -1);
+  EXPECT_EQ(run.ctx.ixbSAT(1, 1), -1);
+}
+
+TEST(SetUnknowns, EmptyLayoutIsNotReported) {
+  Layout run;
+  Fill(run, Epochs(2, 30, [](long) { return std::vector{Observed(1)}; }));
+  run.ctx.ifEstREC = true;
+  run.ctx.ifPhaseObs = false;
+  SetUnknowns(run.ctx);
+  EXPECT_EQ(run.ctx.NUnk, 0);
+  EXPECT_EQ(run.ctx.Nall.Length(), 0);
+  EXPECT_EQ(run.errors.Text(), "");
+  EXPECT_EQ(run.ctx.ixbSAT.NRow(), 1); // there for every run
+}
+
+TEST(SetUnknowns, ValuesStartAtZeroAndFirstAmbiguitiesStay) {
+  Layout run;
+  Fill(run, Epochs(11, 30, [](long) { return std::vector{Observed(1)}; }));
+  AddArc(run, 1, 0, 10, 12.5L);
+  run.ctx.xP1C1 = run.ctx.xP2C1 = 9;
+  run.ctx.ifEstREC = run.ctx.ifEstION = run.ctx.ifEstIGrad = true;
+  run.ctx.NIonUnkT = 4;
+  run.ctx.IonoInterval = 300;
+  SetUnknowns(run.ctx);
+  EXPECT_EQ(run.ctx.xP1C1, 0);
+  EXPECT_EQ(run.ctx.xP2C1, 0);
+  EXPECT_EQ(run.ctx.xAmb(0), 12.5L);
+  for (const matrix<long double>* table : {&run.ctx.xbSAT, &run.ctx.xION, &run.ctx.xIGRAD}) {
+    ASSERT_EQ(table->NRow(), 1);
+    ASSERT_EQ(table->NCol(), 2);
+    EXPECT_EQ((*table)(0, 0), 0);
+    EXPECT_EQ((*table)(0, 1), 0);
+  }
+}
+
+TEST(SetUnknowns, VerboseHeadsTheCountsOfTheSatellites) {
+  Layout run;
+  Fill(run, Epochs(3, 30, [](long) { return std::vector{Observed(1), Observed(103)}; }));
+  run.ctx.verbose = run.ctx.ifEstGPS = run.ctx.ifEstGLN = true;
+  run.ctx.ifPhaseObs = false;
+  SetUnknowns(run.ctx);
+  EXPECT_EQ(run.errors.Text(),
+            "Zenta::SetUnknowns(): SETTING UNKNOWNS IN ESTIMATION!\n"
+            "Zenta::SetUnknowns():         GPS satellite differential code biases:"
+            "  #P1C1    1    #P2C1    1\n"
+            "Zenta::SetUnknowns():         GLONASS satellite differential code biases:"
+            "  #P1C1    1    #P2C1    1\n"
+            "Zenta::SetUnknowns():         FINAL:    xR_P1C1[0]  xR_P2C1[0]  xG_P1C1[1]"
+            "  xG_P2C1[1]  xR_P1C1[1]  xR_P2C1[1]  xAMB[0]  xION[0]\n"
+            "Zenta::SetUnknowns():                   DCB[4]  AMB[0]  ION[0]  ->  #UNK: 4\n");
 }
 
 TEST(SetUnknowns, CountsLineIsWrittenWithoutVerbose) {
@@ -264,6 +351,93 @@ TEST(SetIonoIntervals, JoinedRestOfAnInnerBlockLeavesTheTableOneRecordShort) {
   EXPECT_EQ(run.ctx.nIono, 1);
   EXPECT_EQ(run.ctx.IonoEstInd(0, 0), 11);
   EXPECT_EQ(run.ctx.IonoEstInd(0, 1), 12);
+}
+
+TEST(SetIonoIntervals, GapOfTheLimitItselfBreaksNothing) {
+  // 601 s between two epochs is no gap; intervals of 1200 s
+  for (const long double gap : {601.0L, 601.001L}) {
+    Layout run;
+    std::vector<TinyEpoch> epochs;
+    mjd t(55844, 0);
+    for (long i = 0; i < 16; ++i) {
+      epochs.push_back({t, {Observed(1)}});
+      t += i == 7 ? gap : 60.0L;
+    }
+    Fill(run, epochs);
+    run.ctx.ifEstION = true;
+    run.ctx.NIonUnkT = 2;
+    run.ctx.IonoInterval = 1200;
+    SetUnknowns(run.ctx);
+    // in one block: 0..1021 s and on to 1141 s, then a rest of 240 s that is joined; cut: 420 s
+    // each
+    EXPECT_EQ(run.ctx.nIono, gap > 601 ? 2 : 1);
+  }
+}
+
+TEST(SetIonoIntervals, ConstraintNeedsLessThanTheGap) {
+  // intervals that end 600.5 s and 601 s before the next one
+  for (const long double gap : {600.5L, 601.0L}) {
+    Layout run;
+    std::vector<TinyEpoch> epochs;
+    mjd t(55844, 0);
+    for (long i = 0; i < 12; ++i) {
+      epochs.push_back({t, {Observed(1)}});
+      t += i == 5 ? gap : 30.0L;
+    }
+    Fill(run, epochs);
+    run.ctx.ifEstION = true;
+    run.ctx.NIonUnkT = 2;
+    run.ctx.IonoInterval = 500;
+    SetUnknowns(run.ctx);
+    ASSERT_EQ(run.ctx.nIono, 2);
+    EXPECT_EQ(run.ctx.nIonoConst, gap < 601 ? 1 : 0);
+    EXPECT_EQ(run.ctx.Nall.NRow(), gap < 601 ? 5 : 4);
+  }
+}
+
+TEST(SetIonoIntervals, FewerThanFourEpochsLeaveOneEmptyInterval) {
+  Layout run;
+  run.Intervals(3, 30, 300);
+  ASSERT_EQ(run.ctx.nIono, 1);
+  EXPECT_EQ(run.ctx.IonoEstInd(0, 0), 0);
+  EXPECT_EQ(run.ctx.IonoEstInd(0, 1), 0);
+}
+
+TEST(SetIonoIntervals, BlockShorterThanAQuarterOfTheIntervalLosesEverything) {
+  // 210 s at 3600 s: nothing to join the rest to
+  Layout run;
+  run.Intervals(8, 30, 3600);
+  EXPECT_EQ(run.ctx.nIono, 0);
+  EXPECT_EQ(run.ctx.NUnk, 0);
+}
+
+TEST(SetIonoIntervalsDeathTest, TwoSuchBlocksEndWithTheReportOfTheTable) {
+  EXPECT_ENDS(
+      {
+        TinyRun run;
+        std::vector<TinyEpoch> epochs;
+        mjd t(55844, 0);
+        for (long i = 0; i < 16; ++i) {
+          epochs.push_back({t, {Observed(1)}});
+          t += i == 7 ? 1000.0L : 30.0L;
+        }
+        Fill(run, epochs);
+        run.ctx.ifEstION = true;
+        run.ctx.NIonUnkT = 2;
+        run.ctx.IonoInterval = 3600;
+        SetUnknowns(run.ctx);
+      },
+      "Matrix dimensions inproper:  \\[   -1,    2\\]");
+}
+
+TEST(SetIonoIntervals, WithoutIonosphereNothingIsCut) {
+  Layout run;
+  Fill(run, Epochs(11, 30, [](long) { return std::vector{Observed(1)}; }));
+  run.ctx.ifEstREC = true;
+  run.ctx.IonoInterval = 300;
+  SetUnknowns(run.ctx);
+  EXPECT_EQ(run.ctx.nIono, 0);
+  EXPECT_EQ(run.ctx.Nall.NRow(), 2);
 }
 
 // ---- Look-ups --------------------------------------------------------------------------------
