@@ -33,14 +33,17 @@ public:
 
   bool IsOverdetermined() const { return nobs_ > n_; }
 
-  void Solve() {
+  /// \returns false when the observations do not determine the unknowns.
+  bool Solve() {
     if (n_ == 1) {
+      if (N_(0) == 0) return false;
       x_[0] = t_(0) / N_(0);
       const long double s0 = (vtpv_ - x_[0] * t_(0)) / static_cast<long double>(nobs_ - 1);
       sigma_[0] = std::sqrt(s0 / N_(0));
-      return;
+      return true;
     }
     const matrix<long double> Q = inv(N_);
+    if (invns::IsSingular) return false;
     const matrix<long double> x = Q * t_;
     long double explained = 0;
     for (long i = 0; i < n_; ++i) explained += t_(i) * x(i);
@@ -49,6 +52,7 @@ public:
       x_[i] = x(i);
       sigma_[i] = std::sqrt(s0 * Q(i, i));
     }
+    return true;
   }
 
   void Write(const mjd& epoch, std::ostream& out) const {
@@ -121,8 +125,7 @@ void ProcIonoEph(KorvanC& ctx) {
   for (long i = 0; i < ctx.rnxd.nepochall; ++i) {
     EpochSolution solution(gradients);
     for (const long end = k + ctx.rnxd.nsat(i); k < end; ++k) AddRecord(ctx, i, k, solution);
-    if (!solution.IsOverdetermined()) continue;
-    solution.Solve();
+    if (!solution.IsOverdetermined() || !solution.Solve()) continue;
     solution.Write(ctx.rnxd.epoch(i), std::cout);
     if (file.IsInUse()) solution.Write(ctx.rnxd.epoch(i), file.Stream());
     ++estimated;

@@ -8,8 +8,9 @@ class KorvanC;
 /// nothing in the context.
 ///
 /// An epoch needs more observations than unknowns; one that has fewer gives no line, with
-/// gradients too (it does not fall back to the delay alone). Nothing happens unless
-/// ifEstIONEph is set.
+/// gradients too (it does not fall back to the delay alone). Neither does one whose observations
+/// do not tell the unknowns apart, such as code and phase of two satellites with gradients.
+/// Nothing happens unless ifEstIONEph is set.
 void ProcIonoEph(KorvanC& ctx);
 
 #endif
