@@ -1,7 +1,9 @@
 #include "ApplyCorrections.h"
 
 #include "GNSS/GNSSLinCombs.h"
+#include "GNSS/LocalFrame.h"
 #include "GNSS/SatAzimuthZenit.h"
+#include "GNSS/xyz_flh.h"
 #include "KorvanC.h"
 #include "PROGINC/ProgramError.h"
 #include "Progress.h"
@@ -9,6 +11,8 @@
 
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <unordered_map>
 
 namespace {
 
@@ -86,23 +90,37 @@ void AddWherePresent(gnssobs& value, long double correction) {
   if (!value.IsNull()) value += correction;
 }
 
-void CorrectCodes(KorvanC& ctx, short sat, const CodeCorrection& d) {
+/// Every record of a satellite in \p corrections.
+void CorrectCodes(KorvanC& ctx, const std::unordered_map<short, CodeCorrection>& corrections) {
   RINEXData& store = ctx.rnxd;
   for (long k = 0; k < store.nsatall; ++k) {
-    if (store.sat(k) != sat) continue;
-    if (ctx.rnxh.iC1) AddWherePresent(store.C1(k), d.C1);
-    if (ctx.rnxh.iP2) AddWherePresent(store.P2(k), d.P2);
+    const auto found = corrections.find(store.sat(k));
+    if (found == corrections.end()) continue;
+    if (ctx.rnxh.iC1) AddWherePresent(store.C1(k), found->second.C1);
+    if (ctx.rnxh.iP2) AddWherePresent(store.P2(k), found->second.P2);
   }
 }
 
-void LocateRecord(KorvanC& ctx, long k, const mjd& t) {
-  const short sat = ctx.rnxd.sat(k);
-  if (!IsProcessed(ctx, sat)) return;
-  xyzt position;
-  if (!EmissionPosition(ctx, sat, t, position)) return;
-  SatelliteAzimuthElevation(ctx.RecPosFC, position, ctx.eGPS, &ctx.ELV(k), &ctx.AZM(k));
-  if (ctx.obsP == 1) ctx.WGHT(k) = std::sin(ctx.ELV(k)) * std::sin(ctx.ELV(k));
-}
+/// Elevation, azimuth and weight of records, in the local frame of the one receiver.
+class RecordLocator {
+public:
+  explicit RecordLocator(KorvanC& ctx) : ctx_(ctx) {}
+
+  void Locate(long k, const mjd& t) {
+    xyz position;
+    if (!IsProcessed(ctx_, ctx_.rnxd.sat(k)) || !ctx_.positions.Locate(ctx_, k, t, position))
+      return;
+    if (!frame_) frame_.emplace(xyz2flh(ctx_.RecPosFC, ctx_.eGPS));
+    SatelliteAzimuthElevation(ctx_.RecPosFC, position, *frame_, &ctx_.ELV(k), &ctx_.AZM(k));
+    if (ctx_.obsP != 1) return;
+    const long double sine = std::sin(ctx_.ELV(k));
+    ctx_.WGHT(k) = sine * sine;
+  }
+
+private:
+  KorvanC& ctx_;
+  std::optional<LocalFrame> frame_; ///< once a satellite was located
+};
 
 } // namespace
 
@@ -139,14 +157,16 @@ void SetGlonassFrequency(KorvanC& ctx) {
 void ApplyDCB(KorvanC& ctx) {
   // A satellite of neither system goes with the frequencies of the one handled before it.
   const Frequencies* f = &kGPS;
+  std::unordered_map<short, CodeCorrection> corrections;
   for (long j = 0; j < ctx.rnxd.satList.Length(); ++j) {
     const short sat = ctx.rnxd.satList(j);
     if (sat <= 199) {
       if (!IsProcessed(ctx, sat)) continue;
       f = sat <= 99 ? &kGPS : &kGLONASS;
     }
-    CorrectCodes(ctx, sat, SatelliteCorrection(ctx, sat, *f));
+    corrections[sat] = SatelliteCorrection(ctx, sat, *f);
   }
+  CorrectCodes(ctx, corrections);
 }
 
 void CalculateAE(KorvanC& ctx) {
@@ -154,7 +174,10 @@ void CalculateAE(KorvanC& ctx) {
   ctx.ELV.Resize(store.nsatall, 1, 0.0L);
   ctx.AZM.Resize(store.nsatall, 1, 0.0L);
   ctx.WGHT.Resize(store.nsatall, 1, 1.0L);
+  // Eclipses and wind-up, which phases alone have, ask for the same positions once more each.
+  if (ctx.ifPhaseObs) ctx.positions.Keep(store.nsatall);
+  RecordLocator locator(ctx);
   long k = 0;
   for (long i = 0; i < store.nepochall; ++i)
-    for (const long end = k + store.nsat(i); k < end; ++k) LocateRecord(ctx, k, store.epoch(i));
+    for (const long end = k + store.nsat(i); k < end; ++k) locator.Locate(k, store.epoch(i));
 }

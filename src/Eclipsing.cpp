@@ -4,7 +4,7 @@
 #include "GNSS/g_lg.h"
 #include "KorvanC.h"
 #include "Progress.h"
-#include "SatPosition.h"
+#include "SatelliteRecords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,12 +32,10 @@ void FindSun(KorvanC& ctx) {
 
 xyz SunAt(const KorvanC& ctx, long i) { return ctx.SunMag(i) * ctx.posSunUnit(i); }
 
-xyz PositionOf(const xyzt& p) { return {p.GetX(), p.GetY(), p.GetZ()}; }
-
-bool IsEclipsed(KorvanC& ctx, long i, short sat) {
-  xyzt position;
-  if (!EmissionPosition(ctx, sat, ctx.rnxd.epoch(i), position)) return false;
-  return SunEarthAngle(PositionOf(position), SunAt(ctx, i)) < ctx.satEclipsThres;
+bool IsEclipsed(KorvanC& ctx, const SatelliteRecords::Record& r) {
+  xyz position;
+  if (!ctx.positions.Locate(ctx, r.k, ctx.rnxd.epoch(r.epoch), position)) return false;
+  return SunEarthAngle(position, SunAt(ctx, r.epoch)) < ctx.satEclipsThres;
 }
 
 void RemovePhases(KorvanC& ctx, long k) {
@@ -46,16 +44,14 @@ void RemovePhases(KorvanC& ctx, long k) {
   if (ctx.rnxh.iL4) ctx.rnxd.L4(k) = 0.0L;
 }
 
-/// \returns how many records of \p sat lost their phases.
-long RemoveEclipsed(KorvanC& ctx, short sat) {
+/// \returns how many of the records lost their phases.
+long RemoveEclipsed(KorvanC& ctx, std::span<const SatelliteRecords::Record> records) {
   long count = 0;
-  long k = 0;
-  for (long i = 0; i < ctx.rnxd.nepochall; ++i)
-    for (const long end = k + ctx.rnxd.nsat(i); k < end; ++k) {
-      if (ctx.rnxd.sat(k) != sat || !IsEclipsed(ctx, i, sat)) continue;
-      RemovePhases(ctx, k);
-      ++count;
-    }
+  for (const auto& r : records) {
+    if (!IsEclipsed(ctx, r)) continue;
+    RemovePhases(ctx, r.k);
+    ++count;
+  }
   return count;
 }
 
@@ -87,22 +83,18 @@ Dipoles ReceiverDipoles(const KorvanC& ctx) {
   return {lg2g(neu(1, 0, 0), ctx.RecPosFCG), lg2g(neu(0, -1, 0), ctx.RecPosFCG)};
 }
 
-void CorrectArc(KorvanC& ctx, long j, const Dipoles& antenna) {
-  const short sat = ctx.AmbSat(j);
+void CorrectArc(KorvanC& ctx, std::span<const SatelliteRecords::Record> records,
+                const Dipoles& antenna) {
   std::optional<long double> previous;
-  long k = ctx.AmbIndex(j, 1);
-  for (long e = ctx.AmbIndex(j, 0); e < ctx.AmbIndex(j, 2); ++e)
-    for (const long end = k + ctx.rnxd.nsat(e); k < end; ++k) {
-      xyzt position;
-      if (ctx.rnxd.sat(k) != sat || !EmissionPosition(ctx, sat, ctx.rnxd.epoch(e), position))
-        continue;
-      long double w =
-          WindUp(PositionOf(position), SunAt(ctx, e), ctx.RecPosFC, antenna.north, antenna.west);
-      if (previous) w = ContinuousCycles(w, *previous);
-      // GNSS_L4(w, w) with the GPS wavelengths, whatever the working coefficients hold
-      if (!ctx.rnxd.L4(k).IsNull()) ctx.rnxd.L4(k) += -(GNSSc::lamb1 * w - GNSSc::lamb2 * w);
-      previous = w;
-    }
+  for (const auto& [e, k] : records) {
+    xyz position;
+    if (!ctx.positions.Locate(ctx, k, ctx.rnxd.epoch(e), position)) continue;
+    long double w = WindUp(position, SunAt(ctx, e), ctx.RecPosFC, antenna.north, antenna.west);
+    if (previous) w = ContinuousCycles(w, *previous);
+    // GNSS_L4(w, w) with the GPS wavelengths, whatever the working coefficients hold
+    if (!ctx.rnxd.L4(k).IsNull()) ctx.rnxd.L4(k) += -(GNSSc::lamb1 * w - GNSSc::lamb2 * w);
+    previous = w;
+  }
 }
 
 } // namespace
@@ -144,10 +136,11 @@ void GetEclipsing(KorvanC& ctx) {
   Progress(ctx, "GetEclipsing(): SETTING ECLIPSING SEASONS FOR SATELLITES!");
   FindSun(ctx);
   std::cout << std::fixed;
+  const SatelliteRecords records(ctx.rnxd);
   for (long j = 0; j < ctx.rnxd.satList.Length(); ++j) {
     const short sat = ctx.rnxd.satList(j);
     if (!IsProcessed(ctx, sat)) continue;
-    const long count = RemoveEclipsed(ctx, sat);
+    const long count = RemoveEclipsed(ctx, records.Of(sat));
     if (count > 0) AppendEclipsed(ctx, sat, count);
   }
   if (ctx.verbose)
@@ -158,8 +151,14 @@ void PhaseWindUp(KorvanC& ctx) {
   if (!ctx.ifPhaseObs) return;
   Progress(ctx, "PhaseWindUp(): APPLYING PHASE WIND-UP BIAS!");
   const Dipoles antenna = ReceiverDipoles(ctx);
-  for (long j = 0; j < ctx.nAmb; ++j)
-    if (IsProcessed(ctx, ctx.AmbSat(j))) CorrectArc(ctx, j, antenna);
+  const SatelliteRecords records(ctx.rnxd);
+  for (long j = 0; j < ctx.nAmb; ++j) {
+    const short sat = ctx.AmbSat(j);
+    if (!IsProcessed(ctx, sat)) continue;
+    // The last epoch of an arc stays as it is.
+    CorrectArc(ctx, records.Of(sat, ctx.AmbIndex(j, 0), ctx.AmbIndex(j, 2) - 1), antenna);
+  }
+  ctx.positions.Clear();
 }
 
 void PrintEclipsingSatellite(KorvanC& ctx) {

@@ -17,6 +17,7 @@
 #include "GNSS/gCRD.h"
 #include "GNSS/neu.h"
 #include "GNSS/xyz.h"
+#include "SatPosition.h"
 #include "matrix/matrix.h"
 #include "teqc/CompactTEQC.h"
 
@@ -150,6 +151,7 @@ public:
   flh RecPosFCG;              ///< RecPosFC on GRS80
   flh RecPos0G;               ///< RecPos0 on GRS80
   neu RecPosEccLG;            ///< [m] marker to antenna reference point
+  RecordPositions positions;  ///< what the stages before the layout of the unknowns share
 
   // ---- Eclipses ---------------------------------------------------------------------------------
   long double satEclipsThres; ///< [rad] smaller angles between Sun and Earth count

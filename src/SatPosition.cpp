@@ -1,6 +1,7 @@
 #include "SatPosition.h"
 
 #include "KorvanC.h"
+#include "PROGINC/WarningCount.h"
 
 bool IsProcessed(const KorvanC& ctx, short sat) {
   if (sat <= 99) return ctx.isGPS;
@@ -37,4 +38,29 @@ bool EmissionPosition(KorvanC& ctx, short sat, const mjd& t, xyzt& position) {
     return true;
   }
   return ctx.isRpEph && PrecisePosition(ctx.pephR, sat, t, receiver, position);
+}
+
+void RecordPositions::Keep(long records) {
+  const auto n = static_cast<std::size_t>(records);
+  states_.assign(n, State::kUnknown);
+  positions_.resize(n);
+}
+
+void RecordPositions::Clear() { *this = RecordPositions(); }
+
+bool RecordPositions::Locate(KorvanC& ctx, long record, const mjd& t, xyz& position) {
+  const auto k = static_cast<std::size_t>(record);
+  if (k < states_.size() && states_[k] != State::kUnknown) {
+    position = positions_[k];
+    return states_[k] == State::kKnown;
+  }
+  const unsigned long warnings = WarningsIssued;
+  xyzt found;
+  const bool located = EmissionPosition(ctx, ctx.rnxd.sat(record), t, found);
+  position = xyz(found.GetX(), found.GetY(), found.GetZ());
+  if (k < states_.size() && WarningsIssued == warnings) {
+    states_[k] = located ? State::kKnown : State::kNone;
+    positions_[k] = position;
+  }
+  return located;
 }

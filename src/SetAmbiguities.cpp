@@ -2,6 +2,7 @@
 
 #include "KorvanC.h"
 #include "Progress.h"
+#include "SatelliteRecords.h"
 
 namespace {
 
@@ -21,18 +22,16 @@ void StoreArcs(KorvanC& ctx) {
   }
 }
 
-/// Mean L4 [m] of ambiguity \p j over its arc, 0 when none is left there.
-long double MeanL4(const KorvanC& ctx, long j) {
-  const RINEXData& store = ctx.rnxd;
+/// Mean L4 [m] of the records, 0 when none is left there.
+long double MeanL4(const RINEXData& store, std::span<const SatelliteRecords::Record> records) {
   long double sum = 0;
   long count = 0;
-  long k = ctx.AmbIndex(j, 1);
-  for (long e = ctx.AmbIndex(j, 0); e <= ctx.AmbIndex(j, 2); ++e)
-    for (const long end = k + store.nsat(e); k < end; ++k) {
-      if (store.sat(k) != ctx.AmbSat(j) || store.L4(k).IsNull()) continue;
-      sum += store.L4(k).GetObs();
-      ++count;
-    }
+  for (const auto& r : records) {
+    const gnssobs& L4 = store.L4(r.k);
+    if (L4.IsNull()) continue;
+    sum += L4.GetObs();
+    ++count;
+  }
   return count > 0 ? sum / static_cast<long double>(count) : sum;
 }
 
@@ -47,7 +46,10 @@ void SetAmbiguities(KorvanC& ctx) {
   ctx.rnxd.ScreenL4(ctx.ELV, cutoff, ctx.MinObsAmb, ctx.ThresL40, ctx.dThresL4, ctx.nAmb);
   Progress(ctx, "SetAmbiguities():         Storing ambiguities!");
   StoreArcs(ctx);
-  for (long j = 0; j < ctx.nAmb; ++j) ctx.xAmb(j) = MeanL4(ctx, j);
+  const SatelliteRecords records(ctx.rnxd);
+  for (long j = 0; j < ctx.nAmb; ++j)
+    ctx.xAmb(j) =
+        MeanL4(ctx.rnxd, records.Of(ctx.AmbSat(j), ctx.AmbIndex(j, 0), ctx.AmbIndex(j, 2)));
   if (ctx.verbose)
     std::cerr << "Zenta::SetAmbiguities():         #of ambiguities: " << ctx.nAmb << '\n';
 }

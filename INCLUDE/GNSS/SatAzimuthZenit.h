@@ -4,6 +4,8 @@
 #include "GNSS/elipsoid.h"
 #include "GNSS/xyz.h"
 
+class LocalFrame;
+
 /// Direction to a satellite in the local frame of a receiver.
 ///
 /// The first output is the zenith angle (or the elevation), the second the azimuth, although
@@ -20,6 +22,9 @@ void SatelliteAzimuthZenith(const xyz& rec, const xyzt& sat, const elipsoid& ell
                             long double* azi);
 /// As above with the elevation \p elv [rad], pi/2 at the zenith, negative below the horizon.
 void SatelliteAzimuthElevation(const xyz& rec, const xyzt& sat, const elipsoid& ell,
+                               long double* elv, long double* azi);
+/// As above with the local frame at \p rec at hand: for many satellites and one receiver.
+void SatelliteAzimuthElevation(const xyz& rec, const xyz& sat, const LocalFrame& frame,
                                long double* elv, long double* azi);
 
 #endif

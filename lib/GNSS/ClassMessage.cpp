@@ -1,11 +1,13 @@
 #include "ClassMessage.h"
 
 #include "PROGINC/EndProgram.h"
+#include "PROGINC/WarningCount.h"
 
 #include <iostream>
 #include <string>
 
 void ClassWarning(const char* name, const char* text) {
+  ++WarningsIssued;
   std::cout << "\n#### " << name << ": Warning -> " << text << " ####\n     Continuing " << name
             << " ... \n\n"
             << std::flush;

@@ -1,26 +1,25 @@
 #include "GNSS/SatAzimuthZenit.h"
 
 #include "GNSS/Azimut.h"
-#include "GNSS/g_lg.h"
+#include "GNSS/xyz_flh.h"
+#include "LocalFrame.h"
 #include "funkcije/KotnePretvorbe.h"
 
 #include <cmath>
 
-namespace {
-
-neu Direction(const xyz& rec, const xyzt& sat, const elipsoid& ell) {
+void SatelliteAzimuthElevation(const xyz& rec, const xyz& sat, const LocalFrame& frame,
+                               long double* elv, long double* azi) {
   xyz d = sat - rec;
   d /= d.GetLength();
-  return g2lg(d, rec, ell);
+  const neu v = frame.ToLocal(d.GetX(), d.GetY(), d.GetZ());
+  *elv = std::asin(v.GetU() / v.GetLength());
+  *azi = Azimuth(0, 0, v.GetE(), v.GetN());
 }
-
-} // namespace
 
 void SatelliteAzimuthElevation(const xyz& rec, const xyzt& sat, const elipsoid& ell,
                                long double* elv, long double* azi) {
-  const neu v = Direction(rec, sat, ell);
-  *elv = std::asin(v.GetU() / v.GetLength());
-  *azi = Azimuth(0, 0, v.GetE(), v.GetN());
+  const xyz position(sat.GetX(), sat.GetY(), sat.GetZ());
+  SatelliteAzimuthElevation(rec, position, LocalFrame(xyz2flh(rec, ell)), elv, azi);
 }
 
 void SatelliteAzimuthZenith(const xyz& rec, const xyzt& sat, const elipsoid& ell, long double* zen,

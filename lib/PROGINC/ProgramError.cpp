@@ -1,6 +1,7 @@
 #include "PROGINC/ProgramError.h"
 
 #include "PROGINC/EndProgram.h"
+#include "PROGINC/WarningCount.h"
 
 #include <iostream>
 
@@ -11,6 +12,7 @@ void ProgramError(const char* prog, const char* text) {
 }
 
 void ProgramWarning(const char* prog, const char* text) {
+  ++WarningsIssued;
   std::cerr << "\n#### " << prog << ": Warning -> " << text << " ####\n     Continuing " << prog
             << " ... \n\n";
 }
