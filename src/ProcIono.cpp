@@ -89,7 +89,9 @@ public:
   }
 
   void WriteSummary() const {
-    if (ctx_.NRed == 0)
+    if (ctx_.NObs == 0)
+      ProgramWarning("Zenta", "NO OBSERVATIONS USED IN ESTIMATION!");
+    else if (ctx_.NRed == 0)
       ProgramWarning("Zenta", "NO REDUNDANT OBSERVATIONS - REFERENCE VARIANCE SET TO 0!");
     std::cout << "  DONE!        #OBS: " << std::setw(10) << ctx_.NObs
               << "     #UNK: " << std::setw(10) << ctx_.NUnk << "     #OUT: " << std::setw(10)

@@ -20,7 +20,8 @@ class KorvanC;
 /// equations and solves once more. NObs counts on over the iterations, and the redundancy, hence
 /// the reference variance, rests on this running count: with n iterations the variance is about
 /// 1/n of that of one. A redundancy of 0 is warned about, and the variance is then 0; a negative
-/// one gives a negative variance. A singular normal matrix ends the program.
+/// one gives a negative variance. An estimation without any observation is warned about. A singular
+/// normal matrix ends the program.
 void ProcIono(KorvanC& ctx);
 
 /// Sets the leading \p n rows and columns to 0; the border of constraints stays.

@@ -727,6 +727,17 @@ TEST(ProcIono, WithoutRedundancyTheVarianceIsZeroAndWarnedAbout) {
       << run.errors.Text();
 }
 
+TEST(ProcIono, EstimationWithoutObservationsIsWarnedAbout) {
+  Pairs run(1, 3);
+  for (long k = 0; k < 11; ++k) run.ctx.ELV(k) = 0;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObs, 0);
+  EXPECT_NE(
+      run.errors.Text().find("#### Zenta: Warning -> NO OBSERVATIONS USED IN ESTIMATION! ####"),
+      std::string::npos)
+      << run.errors.Text();
+}
+
 TEST(ProcIono, MoreUnknownsThanObservationsGiveANegativeVariance) {
   // three ambiguities that are not observed
   Pairs run(1, 3, 4, 1, 9);
