@@ -4,7 +4,6 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <iomanip>
-#include <iomanip>
 
 /// Compares in 80 bits: EXPECT_TRUE(Near(value, truth, tolerance)).
 ///
