@@ -298,12 +298,12 @@ struct Polar : TinyRun {
       299792458.0L / 1227.60e6L - 299792458.0L / 1575.42e6L;
   Captured errors{std::cerr};
 
-  explicit Polar(long double degrees, short sat = 7) {
+  explicit Polar(long double degrees, short sat = 7, long double step = kHour / 2) {
     TinyRecord r;
     r.sat = sat;
     r.L4 = 3;
     std::vector<TinyEpoch> epochs;
-    for (int i = 0; i < 5; ++i) epochs.push_back({Second(kHour * i / 2), {r}});
+    for (int i = 0; i < 5; ++i) epochs.push_back({Second(step * i), {r}});
     Fill(*this, epochs);
     const xyz overPole(0, 0, kOrbit);
     gpsPrecise = StandingOrbits({{"G07", overPole}});
@@ -381,12 +381,14 @@ TEST(PhaseWindUp, EachArcBeginsAnew) {
 }
 
 TEST(PhaseWindUp, MissingL4StaysMissingAndTheSeriesGoesOn) {
-  Polar run(3);
+  // 4.5 hours apart, the inner two missing: 13.5 hours are more than half a cycle
+  Polar run(60, 7, 4.5L * Polar::kHour);
   AddArc(run, 7, 0, 4);
-  run.data.L4(1) = 0.0L;
+  run.data.L4(1) = run.data.L4(2) = 0.0L;
   PhaseWindUp(run.ctx);
   EXPECT_EQ(run.data.L4(1).GetObs(), 0);
-  EXPECT_TRUE(Near(std::fabs(run.Added(2) - run.Added(0)), 2.0L / 48, 1e-4L));
+  EXPECT_EQ(run.data.L4(2).GetObs(), 0);
+  EXPECT_TRUE(Near(std::fabs(run.Added(3) - run.Added(0)), 13.5L / 24, 1e-3L));
 }
 
 TEST(PhaseWindUp, GlonassIsCorrectedWithTheGpsWavelengths) {

@@ -15,14 +15,14 @@ struct Standing {
   xyz at;
 };
 
-/// Precise orbits of such satellites from 2011-10-10 (MJD 55844) 00:00 to 04:45. The file holds
+/// Precise orbits of such satellites from 2011-10-10 (MJD 55844) 00:00 to 19:00. The file holds
 /// millimetres.
 inline GNSSpEph StandingOrbits(const std::vector<Standing>& satellites) {
   constexpr int kEpochs = 20;
   char line[256];
   std::snprintf(line, sizeof line,
                 "#cP2011 10 10  0  0  0.00000000 %7d ORBIT IGS08 HLM  IGS\n"
-                "## 1657  86400.00000000   900.00000000 55844 0.0000000000000\n+  %3zu   ",
+                "## 1657  86400.00000000  3600.00000000 55844 0.0000000000000\n+  %3zu   ",
                 kEpochs, satellites.size());
   std::string text = line;
   for (std::size_t i = 0; i < 17; ++i) text += i < satellites.size() ? satellites[i].id : "  0";
