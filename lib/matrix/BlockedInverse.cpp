@@ -120,10 +120,10 @@ private:
   std::vector<std::pair<long, long>> exchanges_; ///< of rows, made in this panel
 
   // Elements of the pivot rows in the pair of columns that is worked on.
-  std::array<SplitElements, kPanelPivots> split_;
+  std::array<MixedElements, kPanelPivots> mixed_;
   std::array<WholeElements, kPanelPivots> whole_;
   PivotSet elementSet_ = 0; ///< pivots whose row has an element other than zero there
-  bool areSplit_ = true;    ///< all these are the sum of their parts
+  bool areSplit_ = true;    ///< the second of each is the sum of its parts
 };
 
 BlockedElimination::BlockedElimination(const matrix<Real>& A, Real threshold)
@@ -338,9 +338,8 @@ void BlockedElimination::Keep(long p, const Real& first, const Real& second) {
   if (IsZero(first) && IsZero(second)) return;
   elementSet_ |= OnlyPivot(p);
   whole_[At(p)] = {first, second};
-  const SplitElements& split = split_[At(p)] = {SplitNumber(first), SplitNumber(second)};
-  if (split.inFirst.Is(first) && split.inSecond.Is(second)) return;
-  areSplit_ = false;
+  mixed_[At(p)] = {first, SplitNumber(second)};
+  areSplit_ = areSplit_ && mixed_[At(p)].second.Is(second);
   exact_ = exact_ && IsFinite(first) && IsFinite(second);
 }
 
@@ -350,7 +349,7 @@ void BlockedElimination::AddToRows(long upper, long lower, PivotSet pivots, cons
   const long j = order_.At(lower);
   const Tile tile{columns.first[i], columns.second[i], columns.first[j], columns.second[j]};
   if (areSplit_)
-    AddPivotRows(pivots, Factors(upper), Factors(lower), split_.data(), tile);
+    AddPivotRows(pivots, Factors(upper), Factors(lower), mixed_.data(), tile);
   else
     AddPivotRows(pivots, Factors(upper), Factors(lower), whole_.data(), tile);
 }
