@@ -7,8 +7,9 @@ class ymdhms;
 ///
 /// \p arg is the whole terminated argument, \p skip the number of leading characters that are
 /// not the value. A skip below 0 counts as 0, one behind the end leaves no text. Text that is
-/// not a number is 0; the conversions take the longest number at the start of the text and do
-/// not look at the rest.
+/// not a number is 0, and so are nan, inf and what float or double can't hold; a whole number
+/// beyond int is its nearest limit. The conversions take the longest number at the start of the
+/// text and do not look at the rest.
 
 /// Copies the text behind \p skip to \p out, which has room for it and the terminator.
 void ParseFileName(const char* arg, char* out, int skip);

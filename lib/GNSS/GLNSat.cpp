@@ -8,6 +8,8 @@
 #include "PROGINC/TextNumber.h"
 #include "PROGINC/cfilef.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::size_t kLineLimit = 511;
@@ -18,7 +20,8 @@ constexpr std::size_t kColStart[] = {10, 15, 18, 21, 24, 27}; // year to second
 constexpr std::size_t kColEnd[] = {31, 36, 39, 42, 45, 48};
 constexpr std::size_t kColChannel = 51;
 
-constexpr long kFirstGlonass = 100; // slot n is satellite 100 + n
+constexpr int kFirstGlonass = 100; // slot n is satellite 100 + n
+constexpr int kNoSlot = 10000;     // from here on no satellite that could be asked for
 
 bool IsDataLine(std::string_view line) {
   const char first = Column(line, 0);
@@ -59,7 +62,8 @@ void GLNSat::CountGNSSats(LineSource& source) {
 void GLNSat::ReadGLNFreqChan(LineSource& source) {
   std::string_view line;
   for (long i = 0; i < nsat && NextDataLine(source, line); ++i) {
-    sat(i) = static_cast<short>(kFirstGlonass + ToInt(Columns(line, kColSlot)));
+    const int slot = std::clamp(ToInt(Columns(line, kColSlot)), 0, kNoSlot);
+    sat(i) = static_cast<short>(kFirstGlonass + slot);
     eph(i, 0) = ParseEpoch(line, kColStart);
     eph(i, 1) = Column(line, kColEnd[0]) == ' ' ? lastEph : ParseEpoch(line, kColEnd);
     FreqChannel(i) = ToDouble(Columns(line, kColChannel));

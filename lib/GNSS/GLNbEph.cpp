@@ -1,6 +1,7 @@
 #include "GNSS/GLNbEph.h"
 
 #include "ClassMessage.h"
+#include "GNSS/DateField.h"
 #include "GNSS/TimeConverse.h"
 #include "GNSS/gnssobs.h"
 #include "NavFile.h"
@@ -129,7 +130,7 @@ void GLNbEphHeader::ParsePgmRunByDate(std::string_view line) {
 
 void GLNbEphHeader::ParseCorrSystemTime(std::string_view line) {
   const auto number = [line](std::size_t column) {
-    return static_cast<unsigned short>(ToInt(Columns(line, column, kDateWidth)));
+    return DateField(Columns(line, column, kDateWidth));
   };
   RefTimeCorr.Set(number(kColYear), number(kColMonth), number(kColDay), 0, 0, 0);
   TauC = HeaderNumber(line, kColTauC, kTauCMantissa);

@@ -62,7 +62,7 @@ constexpr long kShortestRecord = 46;
 const xyzt kNowhere(std::numeric_limits<long double>::quiet_NaN(), 0, 0, 0);
 
 short Exponent(std::string_view line, std::size_t column) {
-  return static_cast<short>(ToInt(Columns(line, column, 3)));
+  return ToWhole<short>(Columns(line, column, 3));
 }
 
 // Fills the list from five lines of 17 fields; lines behind the last entry are read as well.
@@ -80,11 +80,13 @@ long double Coordinate(std::string_view line, std::size_t column) {
   return ToDouble(Columns(line, column, 14)) * 1000.0L; // km to m
 }
 
-// Standard deviation unit * base^exponent, 0 where the line ends before the last digit.
+// Standard deviation unit * base^exponent, 0 where the line ends before the last digit and where
+// that is no number.
 long double Deviation(std::string_view line, std::size_t column, std::size_t width, double unit,
                       long double base) {
   if (line.size() < column + width) return 0;
-  return unit * std::pow(base, static_cast<long double>(ToInt(Columns(line, column, width))));
+  const auto exponent = static_cast<long double>(ToInt(Columns(line, column, width)));
+  return FiniteOrZero(unit * std::pow(base, exponent));
 }
 
 // Products and sums over the nodes other than the k-th, in the order of the nodes.

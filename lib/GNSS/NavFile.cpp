@@ -44,7 +44,7 @@ std::string_view TakeExponent(LineSource& source) {
 } // namespace
 
 double ScaledNumber(std::string_view mantissa, std::string_view exponent) {
-  return ToDouble(mantissa) * std::pow(10.0, ToInt(exponent));
+  return FiniteOrZero(ToDouble(mantissa) * std::pow(10.0, ToInt(exponent)));
 }
 
 long double HeaderNumber(std::string_view line, std::size_t column, std::size_t mantissa) {
@@ -53,8 +53,7 @@ long double HeaderNumber(std::string_view line, std::size_t column, std::size_t 
 }
 
 void ReadVersionType(std::string_view line, float& version, char (&type)[20]) {
-  constexpr double largest = std::numeric_limits<float>::max();
-  version = static_cast<float>(std::clamp(ToDouble(Columns(line, 0, 9)), -largest, largest));
+  version = ToFloat(Columns(line, 0, 9));
   CopyText(Trimmed(Columns(line, kColType, 19)), type);
 }
 
@@ -64,9 +63,7 @@ void ReadPgmRunByDate(std::string_view line, char (&pgm)[21], char (&runby)[21],
   CopyText(Trimmed(Columns(line, kColDate, 20)), date);
 }
 
-short ReadLeapSeconds(std::string_view line) {
-  return static_cast<short>(ToInt(Columns(line, 0, 6)));
-}
+short ReadLeapSeconds(std::string_view line) { return ToWhole<short>(Columns(line, 0, 6)); }
 
 std::string UnknownLabel(std::string_view line) {
   return std::string(Columns(line, kColLabel)) + " -> UNKNOWN HEADER LABEL";

@@ -21,7 +21,7 @@
 constexpr std::size_t kNavHeaderLimit = 99;  ///< longest header line
 constexpr std::size_t kNavRecordLimit = 255; ///< longest line of a record, where it is passed over
 
-/// \p mantissa times ten to the power \p exponent, in double precision.
+/// \p mantissa times ten to the power \p exponent, in double precision; 0 where that overflows.
 double ScaledNumber(std::string_view mantissa, std::string_view exponent);
 /// A number of a header line as fixed columns: mantissa, one exponent letter, exponent.
 long double HeaderNumber(std::string_view line, std::size_t column, std::size_t mantissa);

@@ -4,6 +4,7 @@
 #include "GNSS/RINEXf.h"
 #include "PROGINC/EndProgram.h"
 #include "PROGINC/LineSource.h"
+#include "PROGINC/ProgramError.h"
 #include "PROGINC/TextNumber.h"
 #include "PROGINC/cfilef.h"
 
@@ -89,7 +90,11 @@ void RINEX::ReadFile() {
   rdata.SetTimeCorr(IsTimeCorr);
   text.Rewind();
   ReadRINEXHeader(text, rhead);
-  ReadRINEXData(text, rdata);
+  // The counting pass knows of no list of types that goes on over the end of the header.
+  if (!ReadRINEXData(text, rdata))
+    ProgramError("Zenta", ("NUMBER OF OBSERVATION TYPES DOES NOT FIT THE DATA IN RINEX FILE " +
+                           std::string(rinexfile) + "!")
+                              .c_str());
   rhead.obsfirst = rdata.epoch(0);
   rhead.obslast = rdata.obslast;
   for (auto* system : {&rhead.obsfirstts, &rhead.obslastts})

@@ -125,7 +125,7 @@ public:
     lines_.resize((sinks_.size() + kFieldsPerLine - 1) / kFieldsPerLine);
   }
 
-  void Read() {
+  bool Read() {
     std::string_view line;
     while (text_.Next(line, kRINEXLineLimit)) {
       if (IsFirstObsLine(line))
@@ -134,6 +134,7 @@ public:
         ++data_.nComment;
     }
     Finish();
+    return epoch_ == data_.nepochall && record_ == data_.nsatall;
   }
 
 private:
@@ -328,7 +329,7 @@ void RINEXData::RINEXDataError(const char* text) const {
   EndProgram();
 }
 
-void ReadRINEXData(LineSource& text, RINEXData& data) { DataReader(text, data).Read(); }
+bool ReadRINEXData(LineSource& text, RINEXData& data) { return DataReader(text, data).Read(); }
 
 std::istream& operator>>(std::istream& in, RINEXData& data) {
   LineSource text = LineSource::FromStream(in);

@@ -1,5 +1,6 @@
 #include "GNSS/RINEXHeader.h"
 
+#include "GNSS/DateField.h"
 #include "GNSS/RINEXReading.h"
 #include "GNSS/TimeConverse.h"
 #include "PROGINC/LineSource.h"
@@ -75,8 +76,8 @@ long double Coordinate(std::string_view line, std::size_t k) {
 }
 
 // Number k of the five calendar fields of a time line.
-unsigned short DateField(std::string_view line, std::size_t k) {
-  return static_cast<unsigned short>(ToInt(Columns(line, k * kDateWidth, kDateWidth)));
+unsigned short DateNumber(std::string_view line, std::size_t k) {
+  return DateField(Columns(line, k * kDateWidth, kDateWidth));
 }
 
 // Takes the lines of a header one by one.
@@ -116,7 +117,7 @@ private:
   }
 
   void TakeVersion(std::string_view line) {
-    header_.version = static_cast<float>(ToDouble(Columns(line, kColVersion, kVersionWidth)));
+    header_.version = ToFloat(Columns(line, kColVersion, kVersionWidth));
     header_.type = Column(line, kColType);
     header_.satsystems = Column(line, kColSystem);
   }
@@ -147,7 +148,7 @@ private:
     header_.neuread = true;
   }
   void TakeTypes(std::string_view line) {
-    header_.nobs = static_cast<unsigned short>(ToInt(Columns(line, kColNTypes, kNTypesWidth)));
+    header_.nobs = ToWhole<unsigned short>(Columns(line, kColNTypes, kNTypesWidth));
     header_.obs.Resize(header_.nobs, 1, RINEXHeader::kUnknownType);
     nextType_ = 0;
     TakeNextTypes(line);
@@ -171,12 +172,12 @@ private:
     CopyText(TextColumns(line, kText2), header_.anttype);
   }
   void TakeInterval(std::string_view line) {
-    header_.interval = static_cast<float>(ToDouble(Columns(line, 0, kIntervalWidth)));
+    header_.interval = ToFloat(Columns(line, 0, kIntervalWidth));
   }
   // The last epoch lands here too: of two time lines the later one counts as the first epoch.
   void TakeTime(std::string_view line) {
-    const ymdhms time(DateField(line, 0), DateField(line, 1), DateField(line, 2),
-                      DateField(line, 3), DateField(line, 4),
+    const ymdhms time(DateNumber(line, 0), DateNumber(line, 1), DateNumber(line, 2),
+                      DateNumber(line, 3), DateNumber(line, 4),
                       ToDouble(Columns(line, kColSecond, kSecondWidth)));
     header_.obsfirst = ymdhms2mjd(time);
     CopyText(Columns(line, kColTimeSystem, kTimeSystemWidth), header_.obsfirstts);

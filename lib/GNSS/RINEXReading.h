@@ -25,6 +25,7 @@ inline constexpr std::size_t kNTypesWidth = 6;
 
 /// What the stream operators of RINEXHeader and RINEXData do, on a text in memory.
 void ReadRINEXHeader(LineSource& text, RINEXHeader& header);
-void ReadRINEXData(LineSource& text, RINEXData& data);
+/// \returns whether the text had the numbers of epochs and records that were announced.
+bool ReadRINEXData(LineSource& text, RINEXData& data);
 
 #endif

@@ -118,13 +118,14 @@ GridPlace PlaceOf(double zen, const AntennaPCV& a) {
   return {node, (zen - node * a.dzen) / a.dzen};
 }
 
-// A frequency without a table has no variations; the last node goes on beyond the table.
+// A frequency without a table has no variations, nor has a grid that can't be interpolated; the
+// last node goes on beyond the table.
 double Value(const matrix<double>& table, const GridPlace& place) {
   const long last = table.Length() - 1;
   if (last < 0) return 0;
   const double below = table(std::clamp<long>(place.node, 0, last));
   const double above = table(std::clamp<long>(place.node + 1L, 0, last));
-  return below + (above - below) * place.q;
+  return FiniteOrZero(below + (above - below) * place.q);
 }
 
 } // namespace
@@ -248,7 +249,7 @@ void antex::ReadHeader(LineSource& source) {
 }
 
 void antex::ParseRVersionType(std::string_view line) {
-  version = static_cast<float>(ToDouble(Columns(line, kColVersion, kWidthVersion)));
+  version = ToFloat(Columns(line, kColVersion, kWidthVersion));
   satsystem = Column(line, kColSystem);
 }
 

@@ -43,7 +43,7 @@ void GetFileName(const char* arg, char* out, bool& flag, const bool& verbose, sh
   if (verbose) std::cerr << message << out << '!' << std::endl;
 }
 
-float ParseFloat(const char* arg, int skip) { return static_cast<float>(ParseDouble(arg, skip)); }
+float ParseFloat(const char* arg, int skip) { return ToFloat(Value(arg, skip)); }
 
 double ParseDouble(const char* arg, int skip) { return ToDouble(Value(arg, skip)); }
 

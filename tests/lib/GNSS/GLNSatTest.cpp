@@ -54,6 +54,17 @@ TEST(GLNSat, BlankEndIsOpen) {
   ExpectNone(list, 105, At(2008, 12, 31, 23, 59, 59.9L));
 }
 
+TEST(GLNSat, SlotThatIsNoneIsNotTakenForAnother) {
+  // 65541 is 5 in 16 bits.
+  std::string line = kOpen;
+  line.replace(1, 5, "65541");
+  GLNSat list = Read(line);
+  ExpectNone(list, 105, At(2010, 1, 1));
+  line.replace(1, 5, "-1   ");
+  list = Read(line);
+  ExpectNone(list, 99, At(2010, 1, 1));
+}
+
 TEST(GLNSat, OpenEndIsTheLastSecondOfDay88068) {
   GLNSat list = Read(kOpen);
   ExpectChannel(list, 105, mjd(88068, 86399), 1);

@@ -237,6 +237,18 @@ TEST(GNSSpEph, FractionOfTheDayStartsTheFile) {
   EXPECT_TRUE(Read(text).GetMJD(0) == mjd(kDay, 21600));
 }
 
+TEST(GNSSpEph, AccuracyThatIsNoNumberIsZero) {
+  Sp3 file;
+  file.tail = " -1 99 13 153       ";
+  std::string text = file.Text();
+  const std::string bases = "%f  1.2500000  1.025000000";
+  text.replace(text.find(bases), bases.size(), "%f  0.0000000 1e300       ");
+  const GNSSpEph orbit = Read(text);
+  EXPECT_EQ(orbit.GetSatPosSig(3).GetX(), 0); // 0^-1
+  EXPECT_EQ(orbit.GetSatPosSig(3).GetY(), 0); // 0^99
+  EXPECT_EQ(orbit.GetSatPosSig(3).GetT(), 0); // 1e45900
+}
+
 TEST(GNSSpEph, AccuraciesArePowersOfTheirBases) {
   Sp3 file;
   file.tail = " 12  9 13 153       ";

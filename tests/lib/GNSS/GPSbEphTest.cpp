@@ -220,11 +220,11 @@ TEST(GPSbEphData, ExponentTakesThreeCharacters) {
   EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 2.5L);
 }
 
-TEST(GPSbEphData, AbsurdExponentsGiveZeroOrInfinity) {
+TEST(GPSbEphData, ExponentsBeyondTheRangeGiveZero) {
   LineSource source = Text("1.0D999 1.0D-99 0.0D999");
-  EXPECT_TRUE(std::isinf(GPSbEphDataPeer::ReadParameter(source)));
+  EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 0);
   EXPECT_TRUE(Near(GPSbEphDataPeer::ReadParameter(source), 1e-99L, 1e-110L));
-  EXPECT_TRUE(std::isnan(GPSbEphDataPeer::ReadParameter(source)));
+  EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 0);
 }
 
 TEST(GPSbEphData, NumberWithoutExponentFailsTheText) {

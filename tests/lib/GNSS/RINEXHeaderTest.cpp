@@ -299,9 +299,9 @@ TEST(RINEXHeader, NoTypes) {
   EXPECT_STREQ(r.header.mname, "A");
 }
 
-TEST(RINEXHeader, NumberOfTypesIsTakenInSixteenBits) {
+TEST(RINEXHeader, NumberOfTypesIsNoMoreThanSixteenBitsHold) {
   // 65535 types: the list runs on to the end of the file, for want of 7281 lines.
-  for (const char* number : {" 65535", "    -1"}) {
+  for (const char* number : {" 65535", " 65537", "999999"}) {
     const Read r(Line(number + std::string("    C1"), "# / TYPES OF OBSERV") + End() + "data\n");
     EXPECT_EQ(r.header.nobs, 65535);
     EXPECT_EQ(r.header.obs.NRow(), 65535);
@@ -310,7 +310,7 @@ TEST(RINEXHeader, NumberOfTypesIsTakenInSixteenBits) {
     EXPECT_FALSE(r.good);
     EXPECT_EQ(r.rest, "");
   }
-  EXPECT_EQ(Read(Line(" 65537    C1", "# / TYPES OF OBSERV") + End()).header.nobs, 1);
+  EXPECT_EQ(Read(Line("    -1    C1", "# / TYPES OF OBSERV") + End()).header.nobs, 0);
 }
 
 TEST(RINEXHeader, LastEpochReplacesTheFirst) {

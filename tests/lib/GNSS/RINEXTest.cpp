@@ -233,20 +233,6 @@ TEST_F(RINEXFile, LongLineBetweenEpochsEndsTheFile) {
   EXPECT_EQ(data.GetNObs(), 1);
 }
 
-TEST_F(RINEXFile, ListOfTypesThatTakesTheEndOfTheHeader) {
-  // Ten types, of which the second line is missing: END OF HEADER is taken for it, and the
-  // header then runs to the end of the file. The epochs that were counted stay empty.
-  ReadText(
-      Line("    10    C1    P1    P2    L1    L2    C2    S1    S2    D1", "# / TYPES OF OBSERV") +
-      End() + Epoch(0, 1, "G 1") + Field(1) + "\n\n");
-  EXPECT_EQ(header.nobs, 10);
-  EXPECT_EQ(header.obs(9), 65535);
-  EXPECT_EQ(data.GetNEpoch(), 1);
-  EXPECT_EQ(data.nsat(0), 0);
-  EXPECT_EQ(data.GetNSat(), 0);
-  EXPECT_FALSE(data.HasGPSObs());
-}
-
 TEST_F(RINEXFile, WarningGoesToStandardOutput) {
   const Captured out(std::cout);
   rinex.RINEXWarning("TEXT");
@@ -317,6 +303,23 @@ TEST_F(RINEXFileDeathTest, FileThatEndsWithinASatellite) {
 TEST_F(RINEXFileDeathTest, LongLineWithinASatellite) {
   EXPECT_ENDS(
       ReadText(Header({"C1"}) + Epoch(0, 1, "G 1") + Field(1) + std::string(84, ' ') + "\n"), "^$");
+}
+
+TEST_F(RINEXFileDeathTest, ListOfTypesThatTakesTheEndOfTheHeader) {
+  // Ten types, of which the second line is missing: END OF HEADER is taken for it, and the
+  // header then runs to the end of the file. The epochs that were counted would stay empty.
+  EXPECT_ENDS(
+      ReadText(Line("    10    C1    P1    P2    L1    L2    C2    S1    S2    D1",
+                    "# / TYPES OF OBSERV") +
+               End() + Epoch(0, 1, "G 1") + Field(1) + "\n\n"),
+      "Error -> NUMBER OF OBSERVATION TYPES DOES NOT FIT THE DATA IN RINEX FILE .*/obs.11o! ");
+}
+
+TEST_F(RINEXFileDeathTest, NumberOfTypesThatFitsInNoFile) {
+  // Read as 16 bits it would be 2.
+  EXPECT_ENDS(ReadText(Line(" 65538    C1    P1", "# / TYPES OF OBSERV") + End() +
+                       Epoch(0, 1, "G 1") + Field(1) + "\n"),
+              "NUMBER OF OBSERVATION TYPES DOES NOT FIT");
 }
 
 TEST_F(RINEXFileDeathTest, EpochsThatTheCountPassedOver) {

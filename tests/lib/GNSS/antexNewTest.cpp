@@ -414,7 +414,16 @@ TEST(antex, GridThatDoesNotEndOnANodeStaysWithItsLastNode) {
   atx.SetAntenna(kReceiver);
   EXPECT_EQ(At(atx, 87).g1, 0.018);
   EXPECT_EQ(At(atx, 90).g1, 0.018);
-  EXPECT_TRUE(std::isnan(At(atx, std::nan("")).g1));
+}
+
+TEST(antex, WhatIsNoAngleOrNoGridHasNoVariations) {
+  antex atx;
+  Read(atx, Header() + Record().Text());
+  atx.SetAntenna(kReceiver);
+  EXPECT_EQ(At(atx, std::nan("")).g1, 0);
+  // Steps that would carry the interpolation beyond the numbers.
+  atx.AT_PCV(0).dzen = 1e-320;
+  EXPECT_EQ(At(atx, 45).g1, 0);
 }
 
 TEST(antex, AzimuthRowsAreReadInOrder) {

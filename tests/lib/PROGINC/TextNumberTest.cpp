@@ -37,6 +37,28 @@ TEST(TextNumber, WholeNumbersStopAtTheLimits) {
   EXPECT_EQ(ToInt("-99999999999999999999"), std::numeric_limits<int>::min());
 }
 
+TEST(TextNumber, SinglePrecisionHasARangeOfItsOwn) {
+  EXPECT_EQ(ToFloat("10.1"), 10.1F);
+  EXPECT_EQ(ToFloat("3.4028234e38"), 3.4028234e38F);
+  EXPECT_EQ(ToFloat("3.5e38"), 0);
+  EXPECT_EQ(ToFloat("-1e300"), 0);
+  EXPECT_EQ(ToFloat("inf"), 0);
+}
+
+TEST(TextNumber, FewerBitsStopAtTheirOwnLimits) {
+  EXPECT_EQ(ToWhole<short>("-7"), -7);
+  EXPECT_EQ(ToWhole<short>("65541"), 32767);
+  EXPECT_EQ(ToWhole<short>("-65531"), -32768);
+  EXPECT_EQ(ToWhole<unsigned short>("65538"), 65535);
+  EXPECT_EQ(ToWhole<unsigned short>("-1"), 0);
+}
+
+TEST(TextNumber, WhatOverflowsIsZero) {
+  EXPECT_EQ(FiniteOrZero(-2.5L), -2.5L);
+  EXPECT_EQ(FiniteOrZero(1e300 * 1e300), 0);
+  EXPECT_EQ(FiniteOrZero(std::numeric_limits<long double>::quiet_NaN()), 0);
+}
+
 TEST(TextNumber, LongTextIsReadToo) { EXPECT_EQ(ToDouble(std::string(500, ' ') + "2.5"), 2.5); }
 
 TEST(TextNumber, SignsAndWhiteSpaceAsInTheCLibrary) {
