@@ -156,12 +156,13 @@ void PrintRatios(const std::vector<Subject>& subjects, const MedianReporter& med
               "share of registers");
   for (const Subject& subject : subjects) {
     const double time = medians.Median("inv/" + subject.name);
+    if (time == 0) continue; // filtered out
     std::printf("%-16s%12.3f", subject.name.c_str(), time * 1e3);
     PrintRatio(medians.Median("inv_plain/" + subject.name), time);
     PrintRatio(medians.Median("Eigen/" + subject.name), time);
 #ifdef __x86_64__
     const double pair = medians.Median("registers") / static_cast<double>(kRegisterPairs);
-    if (subject.isDense && time > 0)
+    if (subject.isDense && pair > 0)
       std::printf("%20.0f %%", 100 * pair * DensePairs(subject.N.NRow()) / time);
 #endif
     std::printf("\n");
