@@ -1,13 +1,17 @@
 #ifndef GNSS_GLNBEPH_H
 #define GNSS_GLNBEPH_H
 
+#include "GNSS/GLNTrack.h"
+#include "GNSS/RecordIndex.h"
 #include "GNSS/mjd.h"
 #include "GNSS/xyz.h"
 #include "GNSS/ymdhms.h"
 #include "matrix/matrix.h"
 
+#include <array>
 #include <iosfwd>
 #include <string_view>
+#include <vector>
 
 class LineSource;
 class gnssobs;
@@ -63,6 +67,9 @@ public:
   /// Reads the records that the tables were sized for, as GPSbEphData::Read does.
   /// \returns whether all records were read.
   bool Read(LineSource& source);
+  /// The records of one slot, in file order. From the first call on the slots must stay as they
+  /// are.
+  const std::vector<long>& RecordsOf(short slot) const;
 
   static constexpr long NValues = 15; ///< columns of data
 
@@ -76,6 +83,8 @@ private:
   static long double ReadParameter(LineSource& source);
   static void GLNbEphDataWarning(const char* text);
   [[noreturn]] static void GLNbEphDataError(const char* text);
+
+  mutable RecordIndex index;
 
   friend struct GLNbEphDataPeer;
 };
@@ -95,7 +104,7 @@ std::istream& operator>>(std::istream& in, GLNbEphData& data);
 /// both end the program with "NUMBER OF RECORDS not set!".
 ///
 /// The state of the record is carried to the epoch by the classical Runge-Kutta method of fourth
-/// order. Source: GLONASS ICD 5.1, appendix 3 (equations of motion and constants).
+/// order (GLNTrack). Source: GLONASS ICD 5.1, appendix 3 (equations of motion and constants).
 class GLNbEph {
 public:
   /// Takes the file name, cut to 255 characters.
@@ -111,6 +120,9 @@ public:
   /// direction. At most 501 steps are made, so a short step falls short of a far epoch without
   /// notice.
   void SetIntegrationStep(long double seconds) { diffinterval = seconds; }
+
+  /// Runge-Kutta steps made so far, by all evaluations.
+  unsigned long GetSteps() const;
 
   /// Position, clock and velocity at epoch \p t.
   ///
@@ -157,6 +169,7 @@ private:
   void CountNav(LineSource& source);
   void ReadNav(LineSource& source);
   long GetDataIndex(short slot, const mjd& tsel) const;
+  void Evaluate(long k, const mjd& t, xyzt& pos, xyzt& vel, short warn);
   static void DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
                             long double aE, long double C20, long double ax, long double ay,
                             long double az, matrix<long double>& dy);
@@ -175,6 +188,7 @@ private:
   xyzt p0;                          ///< [m], [s] satellite of the last evaluation
   xyzt v0;                          ///< [m/s] its velocity
   mjd ephr;                         ///< epoch of the last evaluation
+  std::array<GLNTrack, 32> tracks;  ///< last orbits, by slot
 
   friend struct GLNbEphPeer;
 };

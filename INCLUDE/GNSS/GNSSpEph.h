@@ -142,8 +142,12 @@ private:
   void WarnOutsideFile(const mjd& t) const;
   long FindSatellite(unsigned short satellite) const;
   Span NodeSpan(int half) const;
-  bool AddPositions(long index, Span span);
-  void AddClocks(long index, Span span);
+  void HoursFromNodes(Span span, long double* tau) const;
+  bool AddPositions(long index);
+  void AddVelocities(long index);
+  void AddClocks(long index);
+  void Complete(long index, xyzt& pos, xyzt& vel);
+  void LeaveAt(const mjd& t, long index, xyzt& pos, xyzt& vel);
   [[noreturn]] static void GNSSpEphError(const char* text);
 
   char sp3file[256] = "";               ///< file name

@@ -1,12 +1,14 @@
 #ifndef GNSS_GPSBEPH_H
 #define GNSS_GPSBEPH_H
 
+#include "GNSS/RecordIndex.h"
 #include "GNSS/mjd.h"
 #include "GNSS/xyz.h"
 #include "matrix/matrix.h"
 
 #include <iosfwd>
 #include <string_view>
+#include <vector>
 
 class LineSource;
 class gnssobs;
@@ -74,6 +76,9 @@ public:
   /// a number, reading stops and the tables are cut to the records that were read completely.
   /// \returns whether all records were read.
   bool Read(LineSource& source);
+  /// The records of one PRN, in file order. From the first call on the PRNs must stay as they
+  /// are.
+  const std::vector<long>& RecordsOf(unsigned short prn) const;
 
   static constexpr long NValues = 28; ///< columns of data
 
@@ -87,6 +92,8 @@ private:
   static long double ReadParameter(LineSource& source);
   static void GPSbEphDataWarning(const char* text);
   [[noreturn]] static void GPSbEphDataError(const char* text);
+
+  mutable RecordIndex index;
 
   friend struct GPSbEphDataPeer;
 };
@@ -171,6 +178,7 @@ private:
   void CountNav(LineSource& source);
   void ReadNav(LineSource& source);
   long GetDataIndex(unsigned short prn, const mjd& tsel) const;
+  void Evaluate(long k, const mjd& t, xyzt& pos, long double* tgd, unsigned short warn);
   void WarnOfAge(unsigned short prn, const mjd& t, long double tk) const;
   static long double EccentricAnomaly(long double M, long double e);
   static void PrintParameter(const char* name, long double value);

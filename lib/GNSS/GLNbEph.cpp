@@ -34,76 +34,9 @@ constexpr std::size_t kTauCMantissa = 16;
 
 constexpr int kRecordLines = 4;
 constexpr int kMostPasses = 50;           // of the travel time
-constexpr int kMostSteps = 501;           // of the integration
 constexpr long double kOldEpoch = 960.0L; // [s] from the record
 constexpr long double kSecondsPerDay = 86400.0L;
 constexpr long double kMetresPerKm = 1000.0L;
-constexpr double kShortestStep = 1e-8; // [s]
-
-// Position [m] and velocity [m/s], Earth-fixed.
-using State = std::array<long double, 6>;
-
-struct Forces {
-  long double GM;
-  long double omega;
-  long double aE;
-  long double C20;
-  long double ax, ay, az; // [m/s2] of Sun and Moon
-};
-
-// Time derivative dy of the state y. C20 is negative: its term has the sign of -1.5 J2.
-void TwoBody(const long double* y, const Forces& f, long double* dy) {
-  const long double r2 = y[0] * y[0] + y[1] * y[1] + y[2] * y[2];
-  const long double r = std::sqrt(r2);
-  const long double central = -f.GM / (r2 * r);
-  const long double zonal = 1.5L * f.C20 * f.GM * f.aE * f.aE / (r2 * r2 * r);
-  const long double z2 = 5.0L * y[2] * y[2] / r2;
-  const long double inPlane = central + zonal * (1.0L - z2) + f.omega * f.omega;
-  const long double alongAxis = central + zonal * (3.0L - z2);
-  dy[0] = y[3];
-  dy[1] = y[4];
-  dy[2] = y[5];
-  dy[3] = inPlane * y[0] + 2.0L * f.omega * y[4] + f.ax;
-  dy[4] = inPlane * y[1] - 2.0L * f.omega * y[3] + f.ay;
-  dy[5] = alongAxis * y[2] + f.az;
-}
-
-State Along(const State& y, const State& dy, long double h) {
-  State moved;
-  for (std::size_t i = 0; i < y.size(); ++i) moved[i] = y[i] + dy[i] * h;
-  return moved;
-}
-
-// One classical Runge-Kutta step of h [s].
-void Step(State& y, const Forces& forces, long double h) {
-  State k1, k2, k3, k4;
-  TwoBody(y.data(), forces, k1.data());
-  TwoBody(Along(y, k1, h / 2.0L).data(), forces, k2.data());
-  TwoBody(Along(y, k2, h / 2.0L).data(), forces, k3.data());
-  TwoBody(Along(y, k3, h).data(), forces, k4.data());
-  for (std::size_t i = 0; i < y.size(); ++i)
-    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + k4[i] * h / 6.0L;
-}
-
-// Carries the state y at tc to t; the last step is shortened to what is left. What is left is
-// taken from decimal days, which resolve 0.3 ns: a full step more or less hangs on it.
-void Integrate(State& y, const Forces& forces, mjd tc, const mjd& t, int direction,
-               long double step) {
-  const long double end = t.GetMJDDec();                      // [d]
-  long double h = static_cast<long double>(direction) * step; // [s]
-  long double hd = h / kSecondsPerDay;                        // [d]
-  for (int count = 0; count < kMostSteps; ++count) {
-    const long double left = end - tc.GetMJDDec(); // [d]
-    if (std::fabs(left) < std::fabs(hd)) {
-      hd = left;
-      h = hd * kSecondsPerDay;
-    }
-    const bool arrived = direction < 0 ? tc <= t : tc >= t;
-    if (arrived || std::fabs(h) < kShortestStep) return;
-    Step(y, forces, h);
-    tc += h;
-  }
-}
 
 } // namespace
 
@@ -146,6 +79,7 @@ std::istream& operator>>(std::istream& in, GLNbEphHeader& header) {
 }
 
 void GLNbEphData::SetNRecords(int n) {
+  index.Clear();
   nsatall = n;
   sat.Resize(n);
   mjdo.Resize(n);
@@ -159,7 +93,12 @@ bool GLNbEphData::Read(LineSource& source) {
     t += static_cast<long double>(LeapSecond(t));
     return t;
   };
+  index.Clear();
   return ReadRecords(source, *this, gpsTime, ReadParameter);
+}
+
+const std::vector<long>& GLNbEphData::RecordsOf(short slot) const {
+  return index.Of(slot, sat, nsatall);
 }
 
 long double GLNbEphData::ReadParameter(LineSource& source) { return ReadExponentNumber(source); }
@@ -196,8 +135,7 @@ void GLNbEph::ReadNav(LineSource& source) {
 
 long GLNbEph::GetDataIndex(short slot, const mjd& tsel) const {
   long previous = -1;
-  for (long k = 0; k < rdata.nsatall; ++k) {
-    if (rdata.sat(k) != slot) continue;
+  for (const long k : rdata.RecordsOf(slot)) {
     const mjd& epoch = rdata.mjdo(k);
     if (previous < 0) {
       if (tsel < epoch) return k;
@@ -229,15 +167,19 @@ void GLNbEph::WarnOfAge(short slot, const mjd& t, long double dt) const {
 void GLNbEph::DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
                             long double aE, long double C20, long double ax, long double ay,
                             long double az, matrix<long double>& dy) {
-  State state, derivative;
+  GLNTrack::State state, derivative;
   for (long i = 0; i < 6; ++i) state[static_cast<std::size_t>(i)] = y(i);
-  TwoBody(state.data(), Forces{GM, omega, aE, C20, ax, ay, az}, derivative.data());
+  GLNTrack::Derivative(state.data(), {GM, omega, aE, C20, ax, ay, az}, derivative.data());
   for (long i = 0; i < 6; ++i) dy(i) = derivative[static_cast<std::size_t>(i)];
 }
 
 void GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, xyzt& pos, xyzt& vel,
                               short warn) {
-  const long k = GetDataIndex(slot, tsel);
+  Evaluate(GetDataIndex(slot, tsel), t, pos, vel, warn);
+}
+
+void GLNbEph::Evaluate(long k, const mjd& t, xyzt& pos, xyzt& vel, short warn) {
+  const short slot = rdata.sat(k);
   const auto value = [this, k](long column) { return rdata.data(k, column); };
   const auto metres = [this, k](long column) { return rdata.data(k, column) * kMetresPerKm; };
   ephr = t;
@@ -248,9 +190,13 @@ void GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, xyzt& p
   const long double clock = value(kClockBias) - value(kFrequencyBias) * dt + rhead.TauC;
   if (warn != 0 && std::fabs(dt) > kOldEpoch) WarnOfAge(slot, t, dt);
 
-  State y = {metres(kX), metres(kY), metres(kZ), metres(kX + 1), metres(kY + 1), metres(kZ + 1)};
-  const Forces forces{GMz, OMEGAz, aE, C20, metres(kX + 2), metres(kY + 2), metres(kZ + 2)};
-  Integrate(y, forces, te, t, dt < 0 ? -1 : 1, diffinterval);
+  GLNTrack& track = tracks[static_cast<unsigned short>(slot) % tracks.size()];
+  track.Begin({{metres(kX), metres(kY), metres(kZ), metres(kX + 1), metres(kY + 1), metres(kZ + 1)},
+               {GMz, OMEGAz, aE, C20, metres(kX + 2), metres(kY + 2), metres(kZ + 2)},
+               te,
+               dt < 0 ? -1 : 1,
+               diffinterval});
+  const GLNTrack::State y = track.At(t);
 
   constexpr long double c = kSignalSpeed;
   Relativity = 2.0L * (y[0] * y[3] + y[1] * y[4] + y[2] * y[5]) / (c * c);
@@ -262,10 +208,11 @@ void GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, xyzt& p
 
 long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, const xyz& rec,
                                      xyzt& pos, xyzt& vel, short warn) {
+  const long k = GetDataIndex(slot, tsel);
   mjd emission;
   const TravelResult travel =
       IterateTravelTime(t, rec, OMEGAz, kMostPasses, emission, ps, [&]() -> const xyzt& {
-        CalcSatPosition(slot, emission, tsel, pos, vel, warn);
+        Evaluate(k, emission, pos, vel, warn);
         return pos;
       });
   if (!travel.settled)
@@ -281,6 +228,12 @@ long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, 
   CalcSatPosition(slot, emission, tsel, pos, vel, warn);
   pos = pos.RotateZ(OMEGAz * tau);
   return (rec - pos).GetLength();
+}
+
+unsigned long GLNbEph::GetSteps() const {
+  unsigned long steps = 0;
+  for (const GLNTrack& track : tracks) steps += track.Steps();
+  return steps;
 }
 
 void GLNbEph::PrintParameter(const char* name, long double value) { WriteParameter(name, value); }

@@ -10,7 +10,6 @@
 #include "TravelTime.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -89,38 +88,46 @@ long double Deviation(std::string_view line, std::size_t column, std::size_t wid
   return FiniteOrZero(unit * std::pow(base, exponent));
 }
 
-// Products and sums over the nodes other than the k-th, in the order of the nodes.
-struct NodeTerms {
-  long double product = 1;        // of all tau
-  long double productOffNode = 1; // of those that are not 0
-  long double sum = 0;            // of 1/tau; 1 where one of them is 0
-};
-
-NodeTerms TermsOfNode(const long double* tau, long nodes, long k) {
-  NodeTerms terms;
-  bool onOther = false;
+// Calls use(k, product, sum, on) for each node k with what the nodes other than k give, taken in
+// the order of the nodes: product of their tau and sum of their 1/tau, and how many of them the
+// epoch is on; factors and terms of those are left out. What stands before node k is the same for
+// all nodes behind it and is carried along; what stands behind k is appended one by one, since
+// rounding depends on the order.
+template <typename Use> void ForEachSlope(const long double* tau, long nodes, Use use) {
+  long double inverse[2 * kMostPoints];
+  bool offNode[2 * kMostPoints];
+  int on = 0;
   for (long m = 0; m < nodes; ++m) {
-    if (m == k) continue;
-    terms.product *= tau[m];
-    if (!(std::fabs(tau[m]) > kOnNode)) {
-      onOther = true;
-      continue;
-    }
-    terms.productOffNode *= tau[m];
-    terms.sum += 1.0L / tau[m];
+    offNode[m] = std::fabs(tau[m]) > kOnNode;
+    if (!offNode[m]) ++on;
+    inverse[m] = 1.0L / tau[m];
   }
-  if (onOther) terms.sum = 1.0L;
-  return terms;
+  long double productBefore = 1;
+  long double sumBefore = 0;
+  for (long k = 0; k < nodes; ++k) {
+    long double product = productBefore;
+    long double sum = sumBefore;
+    for (long m = k + 1; m < nodes; ++m) {
+      if (!offNode[m]) continue;
+      product *= tau[m];
+      sum += inverse[m];
+    }
+    use(k, product, sum, offNode[k] ? on : on - 1);
+    if (!offNode[k]) continue;
+    productBefore *= tau[k];
+    sumBefore += inverse[k];
+  }
 }
 
-using Times = std::array<long double, 2 * kMostPoints>;
-
-// Hours from the nodes first to last to t.
-Times HoursFromNodes(const matrix<mjd>& epoch, const mjd& t, long first, long last) {
-  Times tau{};
-  for (long m = first; m <= last; ++m)
-    tau[static_cast<std::size_t>(m - first)] = (t - epoch(m)) / kSecondsPerHour;
-  return tau;
+// The product of all tau but the k-th for each k, multiplied in the order of the nodes, as above.
+void ProductsWithoutOne(const long double* tau, long nodes, long double* products) {
+  long double before = 1;
+  for (long k = 0; k < nodes; ++k) {
+    long double product = before;
+    for (long m = k + 1; m < nodes; ++m) product *= tau[m];
+    products[k] = product;
+    before *= tau[k];
+  }
 }
 
 matrix<long double> LagrangeDenominators(long double interval, int nodes) {
@@ -243,19 +250,26 @@ void GNSSpEph::SetNInterpPoints(int n) {
 void GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, xyzt& pos, xyzt& vel) {
   WarnOutsideFile(t);
   ephr = t;
-  PSisOK = DTisOK = false;
   const long index = FindSatellite(satellite);
-  if (index < 0 || interval == 0) return;
+  if (AddPositions(index)) Complete(index, pos, vel);
+}
 
-  PSisOK = DTisOK = true;
-  p0 = v0 = xyzt();
-  if (!AddPositions(index, NodeSpan(nPtsPos))) {
-    PSisOK = DTisOK = false;
-    return;
-  }
-  AddClocks(index, NodeSpan(nPtsTime));
+// Velocity and clock at the epoch of the last positions, and all of it to the caller.
+void GNSSpEph::Complete(long index, xyzt& pos, xyzt& vel) {
+  AddVelocities(index);
+  AddClocks(index);
   pos = p0;
   vel = v0;
+}
+
+// A travel time that ended without a position leaves those of the pass before, at \p t.
+void GNSSpEph::LeaveAt(const mjd& t, long index, xyzt& pos, xyzt& vel) {
+  const mjd last = ephr;
+  ephr = t;
+  AddPositions(index);
+  Complete(index, pos, vel);
+  ephr = last;
+  PSisOK = DTisOK = false;
 }
 
 void GNSSpEph::WarnOutsideFile(const mjd& t) const {
@@ -282,53 +296,100 @@ GNSSpEph::Span GNSSpEph::NodeSpan(int half) const {
   return span;
 }
 
-// The derivative of a term is the sum of its products less one factor each, B sum(1/tau). On
-// another node one factor is 0, and only the product without it is left: B alone.
-bool GNSSpEph::AddPositions(long index, Span span) {
-  const Times tau = HoursFromNodes(epoch, ephr, span.first, span.last);
-  const long nodes = span.last - span.first + 1;
-  for (long k = 0; k < nodes; ++k) {
-    const xyzt& node = sPos(nsat * (span.first + k) + index);
+// Hours from the nodes of the span to the epoch of evaluation.
+void GNSSpEph::HoursFromNodes(Span span, long double* tau) const {
+  for (long m = span.first; m <= span.last; ++m) *tau++ = (ephr - epoch(m)) / kSecondsPerHour;
+}
+
+// Without a position where there is no satellite, no interval or a node has none.
+bool GNSSpEph::AddPositions(long index) {
+  PSisOK = DTisOK = false;
+  if (index < 0 || interval == 0) return false;
+  const Span span = NodeSpan(nPtsPos);
+  long double tau[2 * kMostPoints];
+  long double products[2 * kMostPoints];
+  HoursFromNodes(span, tau);
+  for (long m = span.first; m <= span.last; ++m) {
+    const xyzt& node = sPos(nsat * m + index);
     if (std::fabs(node.GetX()) + std::fabs(node.GetY()) + std::fabs(node.GetZ()) < 1.0L)
       return false;
-    const NodeTerms terms = TermsOfNode(tau.data(), nodes, k);
-    const long double a = terms.product;
-    const long double b = terms.productOffNode;
-    const long double s = terms.sum;
-    const long double denominator = Lfact(k);
-    p0.SetX(p0.GetX() + a * node.GetX() / denominator);
-    p0.SetY(p0.GetY() + a * node.GetY() / denominator);
-    p0.SetZ(p0.GetZ() + a * node.GetZ() / denominator);
-    v0.SetX(v0.GetX() + s * b * node.GetX() / denominator / kSecondsPerHour);
-    v0.SetY(v0.GetY() + s * b * node.GetY() / denominator / kSecondsPerHour);
-    v0.SetZ(v0.GetZ() + s * b * node.GetZ() / denominator / kSecondsPerHour);
   }
+  const long nodes = span.last - span.first + 1;
+  ProductsWithoutOne(tau, nodes, products);
+  long double x = 0;
+  long double y = 0;
+  long double z = 0;
+  for (long k = 0; k < nodes; ++k) {
+    const xyzt& node = sPos(nsat * (span.first + k) + index);
+    const long double denominator = Lfact(k);
+    x += products[k] * node.GetX() / denominator;
+    y += products[k] * node.GetY() / denominator;
+    z += products[k] * node.GetZ() / denominator;
+  }
+  p0.Set(x, y, z, 0);
+  PSisOK = DTisOK = true;
   return true;
 }
 
-void GNSSpEph::AddClocks(long index, Span span) {
-  const Times tau = HoursFromNodes(epoch, ephr, span.first, span.last);
+// The derivative of a term is the sum of its products less one factor each, B sum(1/tau). On
+// another node one factor is 0, and only the product without it is left: B alone.
+void GNSSpEph::AddVelocities(long index) {
+  const Span span = NodeSpan(nPtsPos);
+  long double tau[2 * kMostPoints];
+  HoursFromNodes(span, tau);
+  long double x = 0;
+  long double y = 0;
+  long double z = 0;
+  ForEachSlope(tau, span.last - span.first + 1,
+               [&](long k, long double product, long double sum, int on) {
+                 const xyzt& node = sPos(nsat * (span.first + k) + index);
+                 const long double denominator = Lfact(k);
+                 const long double slope = (on > 0 ? 1.0L : sum) * product;
+                 x += slope * node.GetX() / denominator / kSecondsPerHour;
+                 y += slope * node.GetY() / denominator / kSecondsPerHour;
+                 z += slope * node.GetZ() / denominator / kSecondsPerHour;
+               });
+  v0.Set(x, y, z, 0);
+}
+
+void GNSSpEph::AddClocks(long index) {
+  const Span span = NodeSpan(nPtsTime);
+  long double tau[2 * kMostPoints];
+  long double products[2 * kMostPoints];
+  HoursFromNodes(span, tau);
   const long nodes = span.last - span.first + 1;
+  ProductsWithoutOne(tau, nodes, products);
   for (long k = 0; k < nodes; ++k) {
     const long double clock = sPos(nsat * (span.first + k) + index).GetT();
     if (std::fabs(clock) > kLargestClock) {
       DTisOK = false;
       return;
     }
-    p0.SetT(p0.GetT() + TermsOfNode(tau.data(), nodes, k).product * clock / LfactDT(k));
+    p0.SetT(p0.GetT() + products[k] * clock / LfactDT(k));
   }
 }
 
 long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec,
                                       xyzt& pos, xyzt& vel) {
   WarnOutsideFile(t);
+  const long index = FindSatellite(satellite);
   xyz turned;
+  mjd previous; // epoch of the pass before
+  bool isFirst = true;
+  // A pass needs the position alone; velocity and clock are those of the last pass.
   const TravelResult travel =
-      IterateTravelTime(t, rec, OMEGAz, kMostPasses, ephr, turned, [&]() -> xyzt {
-        CalcSatPosition(satellite, ephr, pos, vel);
-        return PSisOK ? pos : kNowhere;
+      IterateTravelTime(t, rec, OMEGAz, kMostPasses, ephr, turned, [&]() -> const xyzt& {
+        WarnOutsideFile(ephr);
+        if (!AddPositions(index)) return kNowhere;
+        previous = ephr;
+        isFirst = false;
+        return p0;
       });
-  if (!PSisOK) return -1;
+  if (!PSisOK) {
+    if (!isFirst) LeaveAt(previous, index, pos, vel);
+    return -1;
+  }
+  Complete(index, pos, vel);
   ps = turned;
   if (!travel.settled)
     ProgramWarning("Zenta", "CalcSatPosition():      TO MANY ITERATIONS: > 10!!");

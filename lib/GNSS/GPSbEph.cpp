@@ -105,6 +105,7 @@ std::istream& operator>>(std::istream& in, GPSbEphHeader& header) {
 
 void GPSbEphData::SetNRecords(unsigned int n) {
   nsatall = n;
+  index.Clear();
   sat.Resize(n);
   mjdo.Resize(n);
   data.Resize(n, NValues);
@@ -112,7 +113,12 @@ void GPSbEphData::SetNRecords(unsigned int n) {
 
 bool GPSbEphData::Read(LineSource& source) {
   if (nsatall == 0) GPSbEphDataError("NUMBER OF RECORDS not set!");
+  index.Clear();
   return ReadRecords(source, *this, ymdhms2mjd, ReadParameter);
+}
+
+const std::vector<long>& GPSbEphData::RecordsOf(unsigned short prn) const {
+  return index.Of(prn, sat, static_cast<long>(nsatall));
 }
 
 long double GPSbEphData::ReadParameter(LineSource& source) { return ReadExponentNumber(source); }
@@ -149,8 +155,7 @@ void GPSbEph::ReadNav(LineSource& source) {
 
 long GPSbEph::GetDataIndex(unsigned short prn, const mjd& tsel) const {
   long last = -1;
-  for (long k = 0; k < static_cast<long>(gdata.nsatall); ++k) {
-    if (gdata.sat(k) != prn) continue;
+  for (const long k : gdata.RecordsOf(prn)) {
     last = k;
     if (gdata.mjdo(k) > tsel) return k;
   }
@@ -186,7 +191,11 @@ long double GPSbEph::EccentricAnomaly(long double M, long double e) {
 
 void GPSbEph::CalcSatPosition(unsigned short prn, const mjd& t, const mjd& tsel, xyzt& pos,
                               long double* tgd, unsigned short warn, unsigned short) {
-  const long k = GetDataIndex(prn, tsel);
+  Evaluate(GetDataIndex(prn, tsel), t, pos, tgd, warn);
+}
+
+void GPSbEph::Evaluate(long k, const mjd& t, xyzt& pos, long double* tgd, unsigned short warn) {
+  const unsigned short prn = gdata.sat(k);
   const auto value = [this, k](long column) { return gdata.data(k, column); };
   const mjd& Tr = gdata.mjdo(k);
   ephr = t;
@@ -232,11 +241,12 @@ void GPSbEph::CalcSatPosition(unsigned short prn, const mjd& t, const mjd& tsel,
 
 long double GPSbEph::CalcSatPosition(unsigned short prn, const mjd& t, const mjd& tsel,
                                      const xyz& rec, xyzt& pos, long double* tgd,
-                                     unsigned short warn, unsigned short spare) {
+                                     unsigned short warn, unsigned short) {
+  const long k = GetDataIndex(prn, tsel);
   mjd emission;
   const TravelResult travel =
       IterateTravelTime(t, rec, OMEGAz, kMostPasses, emission, ps, [&]() -> const xyzt& {
-        CalcSatPosition(prn, emission, tsel, pos, tgd, warn, spare);
+        Evaluate(k, emission, pos, tgd, warn);
         return pos;
       });
   if (!travel.settled)

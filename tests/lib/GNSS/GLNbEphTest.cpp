@@ -4,6 +4,7 @@
 #include "GNSS/TimeConverse.h"
 #include "GNSS/gnssobs.h"
 #include "PROGINC/LineSource.h"
+#include "reference/orbits_plain.h"
 #include "support/Captured.h"
 #include "support/Ends.h"
 #include "support/Files.h"
@@ -15,6 +16,7 @@
 #include <cmath>
 #include <iostream>
 #include <limits>
+#include <random>
 #include <sstream>
 #include <vector>
 
@@ -290,6 +292,30 @@ TEST(GLNbEph, RecordsOfOtherSlotsAreNoNeighbours) {
   eph.rdata.sat(1) = 4;
   EXPECT_EQ(Chosen(eph, 1740), 0);
   EXPECT_EQ(Chosen(eph, 1860), 2);
+}
+
+TEST(GLNbEph, RecordIsTheOneThatAScanOfTheFileFinds) {
+  std::mt19937 engine(9);
+  std::uniform_int_distribution<int> slot(1, 4), minutes(0, 12), seconds(-100, 11000);
+  for (int file = 0; file < 40; ++file) {
+    GLNbEph orbit;
+    orbit.rdata.SetNRecords(25);
+    for (long k = 0; k < 25; ++k) {
+      // In order of time in one file, and as it comes, with repetitions, in the next.
+      const long quarter = file % 2 == 0 ? k / 2 : minutes(engine);
+      orbit.rdata.sat(k) = static_cast<short>(slot(engine));
+      orbit.rdata.mjdo(k) = mjd(56458, static_cast<long double>(900 * quarter));
+    }
+    const GlonassOrbit_plain plain(orbit);
+    for (short s = 1; s <= 4; ++s) {
+      if (orbit.rdata.RecordsOf(s).empty()) continue;
+      for (int i = 0; i < 200; ++i) {
+        mjd t(56458, 0);
+        t += static_cast<long double>(i < 27 ? 450 * i : seconds(engine));
+        EXPECT_EQ(GLNbEphPeer::GetDataIndex(orbit, s, t), plain.GetDataIndex(s, t));
+      }
+    }
+  }
 }
 
 TEST(GLNbEphDeathTest, SlotWithoutRecordsEndsTheProgram) {

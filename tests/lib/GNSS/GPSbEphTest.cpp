@@ -116,6 +116,17 @@ GPSbEph ReadText(const std::string& text) {
   return eph;
 }
 
+// The record for tsel by a scan of the whole file.
+long GpsRecord_plain(const GPSbEph& orbit, unsigned short prn, const mjd& tsel) {
+  long last = -1;
+  for (long k = 0; k < static_cast<long>(orbit.gdata.nsatall); ++k) {
+    if (orbit.gdata.sat(k) != prn) continue;
+    last = k;
+    if (orbit.gdata.mjdo(k) > tsel) return k;
+  }
+  return last;
+}
+
 } // namespace
 
 // ---------------------------------------------------------------- header
@@ -390,6 +401,20 @@ TEST(GPSbEph, RecordBehindTheEpochIsChosenElseTheLast) {
   EXPECT_EQ(chosen(7200), 3);  // on an epoch: the next
   EXPECT_EQ(chosen(0), 1);
   EXPECT_EQ(GPSbEphPeer::GetDataIndex(eph, 5, mjd(kDay - 1, 0)), 0);
+}
+
+TEST(GPSbEph, RecordIsTheOneThatAScanOfTheFileFinds) {
+  SKIP_WITHOUT("2010-001-albh-gras");
+  GPSbEph orbit;
+  orbit.SetFile(RealData("2010-001-albh-gras/ALBH0010.10N").c_str());
+  orbit.ReadFile();
+  for (long i = 0; i < orbit.gdata.satList.NRow(); ++i) {
+    const unsigned short prn = orbit.gdata.satList(i);
+    mjd t = orbit.gdata.mjdo(0);
+    t += -7200.0L;
+    for (int n = 0; n < 120; ++n, t += 900.0L)
+      EXPECT_EQ(GPSbEphPeer::GetDataIndex(orbit, prn, t), GpsRecord_plain(orbit, prn, t));
+  }
 }
 
 TEST(GPSbEphDeathTest, SatelliteWithoutRecordsEndsTheProgram) {

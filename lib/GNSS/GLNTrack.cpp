@@ -1,0 +1,138 @@
+#include "GNSS/GLNTrack.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr long kMostSteps = 501;
+constexpr long double kSecondsPerDay = 86400.0L;
+constexpr double kShortestStep = 1e-8; // [s]
+// Steps whose states are kept: longer than decimal days resolve, by far, and within what an epoch
+// can be shifted by.
+constexpr long double kShortestKept = 1;    // [s]
+constexpr long double kLongestKept = 86400; // [s]
+
+GLNTrack::State Along(const GLNTrack::State& y, const GLNTrack::State& dy, long double h) {
+  GLNTrack::State moved;
+  for (std::size_t i = 0; i < y.size(); ++i) moved[i] = y[i] + dy[i] * h;
+  return moved;
+}
+
+/// The ten bytes that a number of 80 bits has.
+bool SameBytes(const long double* a, const long double* b, std::size_t n) {
+  constexpr std::size_t bytes = 10;
+  for (std::size_t i = 0; i < n; ++i)
+    if (std::memcmp(a + i, b + i, bytes) != 0) return false;
+  return true;
+}
+
+bool SameForces(const GLNTrack::Forces& a, const GLNTrack::Forces& b) {
+  const long double x[] = {a.GM, a.omega, a.aE, a.C20, a.ax, a.ay, a.az};
+  const long double y[] = {b.GM, b.omega, b.aE, b.C20, b.ax, b.ay, b.az};
+  return SameBytes(x, y, std::size(x));
+}
+
+bool SameStart(const GLNTrack::Start& a, const GLNTrack::Start& b) {
+  return a.direction == b.direction && a.step == b.step &&
+         a.epoch.GetMJDay() == b.epoch.GetMJDay() && a.epoch.GetSecond() == b.epoch.GetSecond() &&
+         SameBytes(a.state.data(), b.state.data(), a.state.size()) &&
+         SameForces(a.forces, b.forces);
+}
+
+} // namespace
+
+// C20 is negative: its term has the sign of -1.5 J2.
+void GLNTrack::Derivative(const long double* y, const Forces& f, long double* dy) {
+  const long double r2 = y[0] * y[0] + y[1] * y[1] + y[2] * y[2];
+  const long double r = std::sqrt(r2);
+  const long double central = -f.GM / (r2 * r);
+  const long double zonal = 1.5L * f.C20 * f.GM * f.aE * f.aE / (r2 * r2 * r);
+  const long double z2 = 5.0L * y[2] * y[2] / r2;
+  const long double inPlane = central + zonal * (1.0L - z2) + f.omega * f.omega;
+  const long double alongAxis = central + zonal * (3.0L - z2);
+  dy[0] = y[3];
+  dy[1] = y[4];
+  dy[2] = y[5];
+  dy[3] = inPlane * y[0] + 2.0L * f.omega * y[4] + f.ax;
+  dy[4] = inPlane * y[1] - 2.0L * f.omega * y[3] + f.ay;
+  dy[5] = alongAxis * y[2] + f.az;
+}
+
+void GLNTrack::Begin(const Start& start) {
+  if (!nodes_.empty() && SameStart(start_, start)) return;
+  start_ = start;
+  nodes_.clear();
+  nodes_.push_back({start.state, start.epoch, start.epoch.GetMJDDec()});
+}
+
+// One classical Runge-Kutta step of h [s].
+void GLNTrack::Step(State& y, long double h) {
+  ++steps_;
+  State k1, k2, k3, k4;
+  Derivative(y.data(), start_.forces, k1.data());
+  Derivative(Along(y, k1, h / 2.0L).data(), start_.forces, k2.data());
+  Derivative(Along(y, k2, h / 2.0L).data(), start_.forces, k3.data());
+  Derivative(Along(y, k3, h).data(), start_.forces, k4.data());
+  for (std::size_t i = 0; i < y.size(); ++i)
+    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + k4[i] * h / 6.0L;
+}
+
+GLNTrack::State GLNTrack::At(const mjd& t) {
+  if (!IsKept()) return RunOut(start_.state, start_.epoch, t, 0);
+  const long double h = static_cast<long double>(start_.direction) * start_.step;
+  auto m = static_cast<std::size_t>(FirstDoubtful(t));
+  for (; m < kMostSteps && TakesWholeStep(nodes_[m], t); ++m) {
+    if (m + 1 < nodes_.size()) continue;
+    State y = nodes_[m].state;
+    Step(y, h);
+    mjd epoch = nodes_[m].epoch;
+    epoch += h;
+    nodes_.push_back({y, epoch, epoch.GetMJDDec()});
+  }
+  return RunOut(nodes_[m].state, nodes_[m].epoch, t, static_cast<int>(m));
+}
+
+// Other steps could move the epoch out of its range, where no node can be kept.
+bool GLNTrack::IsKept() const {
+  return start_.step >= kShortestKept && start_.step <= kLongestKept;
+}
+
+// Up to two steps before the end a whole step is taken for certain: what is left is then longer
+// than one by a whole step, against which the rounding of decimal days is nothing.
+long GLNTrack::FirstDoubtful(const mjd& t) const {
+  const long double whole =
+      std::floor(std::fabs(t.GetMJDDec() - nodes_[0].days) * kSecondsPerDay / start_.step);
+  const long known = static_cast<long>(nodes_.size()) - 1;
+  return std::clamp(static_cast<long>(whole) - 1, 0L, known);
+}
+
+bool GLNTrack::TakesWholeStep(const Node& node, const mjd& t) const {
+  const long double left = t.GetMJDDec() - node.days; // [d]
+  return !(std::fabs(left) < start_.step / kSecondsPerDay) && !HasArrived(node.epoch, t);
+}
+
+bool GLNTrack::HasArrived(const mjd& epoch, const mjd& t) const {
+  return start_.direction < 0 ? epoch <= t : epoch >= t;
+}
+
+// The rest of an integration; the last step is shortened to what is left. What is left is taken
+// from decimal days, which resolve 0.3 ns: a whole step more or less hangs on it.
+GLNTrack::State GLNTrack::RunOut(const State& from, mjd epoch, const mjd& t, int stepsDone) {
+  State y = from;
+  const long double end = t.GetMJDDec();                                    // [d]
+  long double h = static_cast<long double>(start_.direction) * start_.step; // [s]
+  long double hd = h / kSecondsPerDay;                                      // [d]
+  for (int count = stepsDone; count < kMostSteps; ++count) {
+    const long double left = end - epoch.GetMJDDec(); // [d]
+    if (std::fabs(left) < std::fabs(hd)) {
+      hd = left;
+      h = hd * kSecondsPerDay;
+    }
+    if (HasArrived(epoch, t) || std::fabs(h) < kShortestStep) break;
+    Step(y, h);
+    epoch += h;
+  }
+  return y;
+}
