@@ -11,21 +11,25 @@ void ArcFinder::Close(const Arc& arc) {
   if (arc.count >= kShortestArc) arcs_[arc.sat].push_back(arc);
 }
 
-void ArcFinder::Add(short sat, long epoch, const mjd& t, double level, double ambiguity) {
+bool ArcFinder::Continues(double dt, double step) const {
+  return dt <= longestGap_ && std::abs(step) <= LargestStep(dt);
+}
+
+bool ArcFinder::Add(short sat, long epoch, const mjd& t, double level, double ambiguity) {
   const auto found = open_.find(sat);
   if (found != open_.end()) {
     Open& open = found->second;
-    const double dt = static_cast<double>(t - open.t);
-    if (dt <= longestGap_ && std::abs(level - open.level) <= LargestStep(dt)) {
+    if (Continues(static_cast<double>(t - open.t), level - open.level)) {
       open.arc.last = epoch;
       ++open.arc.count;
       open.t = t;
       open.level = level;
-      return;
+      return false;
     }
     Close(open.arc);
   }
   open_[sat] = {{sat, epoch, epoch, 1, ambiguity}, t, level};
+  return true;
 }
 
 std::vector<Arc> ArcFinder::Finish() {

@@ -25,12 +25,15 @@ public:
   explicit ArcFinder(double interval) : longestGap_(0.7 + interval) {}
 
   /// A usable phase of \p sat: above the cut-off, with both phases, not aligned with the Sun.
-  /// \param level      [m] what was added to L4: slips and outliers
+  /// \param level      [m] what was added to L4: slips, outliers, steps of the ionosphere
   /// \param ambiguity  [m] expected estimate if an arc begins here
-  void Add(short sat, long epoch, const mjd& t, double level, double ambiguity);
+  /// \returns whether an arc begins here
+  bool Add(short sat, long epoch, const mjd& t, double level, double ambiguity);
   /// All arcs, satellite by satellite and in time. Ends the collection.
   std::vector<Arc> Finish();
 
+  /// An observation \p dt seconds later and \p step [m] off belongs to the same arc.
+  bool Continues(double dt, double step) const;
   /// Largest step [m] that the screening passes after \p dt seconds.
   static double LargestStep(double dt);
 

@@ -2,12 +2,14 @@
 #include "Compare.h"
 #include "Scenario.h"
 #include "Simulation.h"
+#include "command/Command.h"
+#include "report/Input.h"
+#include "report/ReadReport.h"
+#include "report/Refusal.h"
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <unistd.h>
 
 namespace sim {
@@ -19,10 +21,11 @@ struct RawOptions {
   std::string date = "2011-10-10", start = "00:00:00", duration = "24:00:00";
   std::string ionInterval = "01:00:00";
   std::string systems = "GR";
-  std::vector<std::string> with = {"p1p2", "p1c1", "channels"};
+  std::vector<std::string> with = {"p1p2", "p1c1", "channels", "sp3"};
   std::vector<std::string> slips, outliers, gaps, satelliteGaps, sp3Missing, sp3BadClocks;
   double sp3Margin = 2;
-  double phaseNoise = -1;
+  double phaseNoise = 0.002;
+  bool matchedPhaseNoise = false;
 };
 
 } // namespace
@@ -90,14 +93,15 @@ static void AddSignalOptions(CLI::App& app, Scenario& s, RawOptions& raw) {
           {"P1P2", Tracking::kP1P2}, {"C1P2", Tracking::kC1P2}, {"C1X2", Tracking::kC1X2}}))
       ->option_text("P1P2|C1P2|C1X2=P1P2");
   app.add_option("--with", raw.with,
-                 "further files, of p1p2 p1c1 p2c2 tracking channels clock coordinates multipath, "
+                 "further files, of p1p2 p1c1 p2c2 tracking channels sp3 clock coordinates "
+                 "multipath, "
                  "or none; the truth holds for a run that is given all of them")
       ->group(group)
-      ->option_text("LIST=p1p2,p1c1,channels")
+      ->option_text("LIST=p1p2,p1c1,channels,sp3")
       ->delimiter(',')
       ->capture_default_str()
-      ->check(CLI::IsMember({"p1p2", "p1c1", "p2c2", "tracking", "channels", "clock", "coordinates",
-                             "multipath", "none"}));
+      ->check(CLI::IsMember({"p1p2", "p1c1", "p2c2", "tracking", "channels", "sp3", "clock",
+                             "coordinates", "multipath", "none"}));
 }
 
 static void AddBiasOptions(CLI::App& app, Scenario& s) {
@@ -176,8 +180,11 @@ static void AddNoiseOptions(CLI::App& app, Scenario& s, RawOptions& raw) {
   app.add_option("--code-noise", s.codeNoise, "of each code [m]")
       ->group(group)
       ->capture_default_str();
-  app.add_option("--phase-noise", raw.phaseNoise,
-                 "of each phase [m]; without it L1-L2 has a tenth of the code noise")
+  app.add_option("--phase-noise", raw.phaseNoise, "of each phase [m]")
+      ->group(group)
+      ->capture_default_str();
+  app.add_flag("--matched-phase-noise", raw.matchedPhaseNoise,
+               "L1-L2 has a tenth of the code noise, as the weights of the program have it")
       ->group(group);
   app.add_option("--multipath", s.multipath, "amplitude of code multipath at the horizon [m]")
       ->group(group)
@@ -283,6 +290,7 @@ static void TakeFiles(const std::vector<std::string>& with, Scenario& s) {
   s.withCoordinates = has("coordinates");
   s.withMultipath = has("multipath");
   s.withTracking = has("tracking");
+  s.withSp3 = has("sp3");
 }
 
 static void TakeRaw(const RawOptions& raw, Scenario& s) {
@@ -293,7 +301,8 @@ static void TakeRaw(const RawOptions& raw, Scenario& s) {
   s.gps = raw.systems.find('G') != std::string::npos;
   s.glonass = raw.systems.find('R') != std::string::npos;
   s.sp3Margin = 3600 * raw.sp3Margin;
-  if (raw.phaseNoise >= 0) s.phaseNoise = raw.phaseNoise;
+  s.phaseNoise = raw.phaseNoise;
+  if (raw.matchedPhaseNoise) s.phaseNoise.reset();
   TakeFiles(raw.with, s);
   TakeAll(raw.slips, ParseSlip, s.slips);
   TakeAll(raw.outliers, ParseOutlier, s.outliers);
@@ -303,36 +312,29 @@ static void TakeRaw(const RawOptions& raw, Scenario& s) {
   TakeAll(raw.sp3BadClocks, ParseSatelliteSpan, s.sp3BadClocks);
 }
 
-static std::string ReadText(const std::string& name) {
-  std::ifstream in(name, std::ios::binary);
-  if (!in) Fail("can't read " + name);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
-static int Compare(const std::string& truthName, const std::string& reportName, double limit) {
-  const nlohmann::json truth = nlohmann::json::parse(ReadText(truthName), nullptr, false);
-  if (truth.is_discarded()) Fail(truthName + " is no truth file");
-  const Report report = ReadReport(ReadText(reportName));
-  if (!report.complete) Fail(reportName + " holds no results");
+/// Prints the deviations. \param limit  [m], [m/h]; what exceeds it is refused; 0: none
+static void Compare(const std::string& truthName, const std::string& reportName, double limit) {
+  using report::Refusal;
+  const nlohmann::json truth = nlohmann::json::parse(report::ReadInput(truthName), nullptr, false);
+  const report::Report results =
+      report::ReadReport(report::InputName(reportName), report::ReadInput(reportName));
   long unmatched = 0;
   std::vector<Deviations> all;
   try {
-    all = CompareWithTruth(report, truth, unmatched);
-  } catch (const nlohmann::json::exception& error) {
-    Fail(truthName + " is no truth file: " + error.what());
+    all = CompareWithTruth(results, truth, unmatched);
+  } catch (const nlohmann::json::exception&) {
+    throw Refusal(report::InputName(truthName) + ": no truth file of zenta-sim");
   }
   std::cout << DeviationTable(all, unmatched);
-  bool within = true;
-  for (const Deviations& d : all) within = within && d.Largest() <= limit;
-  if (limit > 0 && !within) std::cout << "The largest deviation exceeds " << limit << "\n";
-  return limit > 0 && !within ? 1 : 0;
+  for (const Deviations& d : all)
+    if (limit > 0 && !(d.Largest() <= limit))
+      throw Refusal(d.what + ": the largest deviation exceeds the limit");
 }
 
 int RunCommand(int argc, const char* const* argv) {
   CLI::App app("Simulated GNSS data with a known ionosphere and known biases, and how far results "
-               "are from them");
+               "are from them",
+               "zenta-sim");
   app.require_subcommand(1);
   app.get_formatter()->column_width(34);
 
@@ -356,20 +358,21 @@ int RunCommand(int argc, const char* const* argv) {
   AddDisturbanceOptions(*make, scenario, raw);
   AddSp3Options(*make, scenario, raw);
 
-  std::string truthName, reportName;
+  std::string truthName, reportName = "-";
   double limit = 0;
   CLI::App* compare =
       app.add_subcommand("compare", "print how far the estimates of a report are from the truth");
   compare->add_option("truth", truthName, "truth.json of the set")->required();
-  compare->add_option("report", reportName, "standard output of the run")->required();
+  compare->add_option("report", reportName, "standard output of the run; - is standard input")
+      ->capture_default_str();
   compare->add_option("--limit", limit,
                       "largest deviation [m, m/h]; beyond it the exit status is 1");
 
-  CLI11_PARSE(app, argc, argv);
-  if (compare->parsed()) return Compare(truthName, reportName, limit);
-  TakeRaw(raw, scenario);
-  MakeFiles(scenario);
-  return 0;
+  return command::Run(app, argc, argv, [&] {
+    if (compare->parsed()) return Compare(truthName, reportName, limit);
+    TakeRaw(raw, scenario);
+    MakeFiles(scenario);
+  });
 }
 
 } // namespace sim

@@ -166,20 +166,33 @@ void Ionosphere::MakeBulgeNodes(double latitude, double longitude) {
   }
 }
 
-double Ionosphere::Slant(long i, const Ray& ray) const {
-  const Epoch& epoch = epochs_.epochs[static_cast<std::size_t>(i)];
-  const double zenith = ShellZenith(ray.elevation);
-  const double mapping = 1 / std::cos(zenith);
-  if (law_ == IonoLaw::kBulge) {
-    const PiercePoint p = Pierced(ray, zenith);
-    return mapping * Bulge(epoch.seconds, p.latitude, p.longitude);
-  }
-  const auto k = static_cast<std::size_t>(intervalOf_[static_cast<std::size_t>(i)]);
+double Ionosphere::ModelSlant(std::size_t k, double seconds, const Ray& ray) const {
   const IonoNode& node = nodes_[k];
-  const double hours = (epoch.seconds - TimeOfNode(k)) / 3600;
+  const double zenith = ShellZenith(ray.elevation);
+  const double hours = (seconds - TimeOfNode(k)) / 3600;
   const double gradient =
       node.eastGradient * std::sin(ray.azimuth) + node.northGradient * std::cos(ray.azimuth);
-  return mapping * (node.delay + node.rate * hours + gradient * std::tan(zenith));
+  return (node.delay + node.rate * hours + gradient * std::tan(zenith)) / std::cos(zenith);
+}
+
+double Ionosphere::Slant(long i, const Ray& ray) const {
+  const double seconds = epochs_.epochs[static_cast<std::size_t>(i)].seconds;
+  if (law_ == IonoLaw::kModel)
+    return ModelSlant(static_cast<std::size_t>(intervalOf_[static_cast<std::size_t>(i)]), seconds,
+                      ray);
+  const double zenith = ShellZenith(ray.elevation);
+  const PiercePoint p = Pierced(ray, zenith);
+  return Bulge(seconds, p.latitude, p.longitude) / std::cos(zenith);
+}
+
+double Ionosphere::Step(long i, const Ray& ray) const {
+  if (law_ != IonoLaw::kModel || i == 0) return 0;
+  const auto epoch = static_cast<std::size_t>(i);
+  const long before = intervalOf_[epoch - 1], here = intervalOf_[epoch];
+  if (before == here) return 0;
+  const double seconds = epochs_.epochs[epoch].seconds;
+  return ModelSlant(static_cast<std::size_t>(here), seconds, ray) -
+         ModelSlant(static_cast<std::size_t>(before), seconds, ray);
 }
 
 } // namespace sim

@@ -62,6 +62,9 @@ public:
 
   /// Slant delay [m] on GPS L1 at epoch \p i of the table.
   double Slant(long i, const Ray& ray) const;
+  /// Step [m] of the slant delay on GPS L1 at epoch \p i, where the model's pieces of two
+  /// intervals don't meet: with gradients, and behind a gap. 0 within an interval.
+  double Step(long i, const Ray& ray) const;
   /// One node per interval. With the bulge: the delay over the station at the nodes, the slope
   /// between them, and the gradients that a ray 30 degrees off the zenith at the layer sees.
   const std::vector<IonoNode>& Nodes() const { return nodes_; }
@@ -76,6 +79,7 @@ private:
   void MakeBulgeNodes(double latitude, double longitude);
   double BaseLaw(double seconds, double longitude) const;
   double TimeOfNode(std::size_t k) const;
+  double ModelSlant(std::size_t k, double seconds, const Ray& ray) const;
 
   IonoLaw law_;
   double base_, amplitude_;

@@ -30,10 +30,16 @@ Receiver::Channel Receiver::MakeChannel(short sat) const {
   const auto index = static_cast<std::uint64_t>(sat);
   Random ambiguities(scenario_.seed, "ambiguities", index);
   Random reflections(scenario_.seed, "multipath", index);
-  const long n1 = static_cast<long>(ambiguities.Whole(-5000, 5000));
-  const long n2 = static_cast<long>(ambiguities.Whole(-5000, 5000));
+  const Carriers carriers = CarriersOf(sat);
+  long n1 = 0, n2 = 0;
+  // Away from an L4 of 0, which would count as a missing value.
+  while (std::abs(carriers.lambda1 * static_cast<double>(n1) -
+                  carriers.lambda2 * static_cast<double>(n2)) < 50) {
+    n1 = static_cast<long>(ambiguities.Whole(-5000, 5000));
+    n2 = static_cast<long>(ambiguities.Whole(-5000, 5000));
+  }
   return {Random(scenario_.seed, "noise", index), Multipath(scenario_.multipath, reflections),
-          CarriersOf(sat), n1, n2};
+          carriers, n1, n2};
 }
 
 double Receiver::PhaseLevel(const View& view) const {
@@ -57,7 +63,7 @@ static double Troposphere(double elevation) {
 }
 
 ObsLine Receiver::Observe(const Epoch& epoch, const View& view, const Offsets& offsets,
-                          bool windUp) {
+                          double turns) {
   Channel& channel = channels_.at(view.sat);
   const Carriers& f = channel.carriers;
   const SatelliteBias& bias = biases_.at(view.sat);
@@ -74,7 +80,6 @@ ObsLine Receiver::Observe(const Epoch& epoch, const View& view, const Offsets& o
   const double code = common + kLight * epoch.clock;
   const double phase = common + kLight * epoch.phaseClock;
   const double mp1 = MultipathOf(0, view), mp2 = MultipathOf(1, view);
-  const double turns = windUp ? view.windUp : 0;
   // On GLONASS the program takes off the turns with the wavelengths of GPS.
   const double turns2 = scenario_.windUp == WindUp::kExact
                             ? turns * (f.lambda1 - GpsWindUpPerCycle()) / f.lambda2

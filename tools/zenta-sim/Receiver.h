@@ -25,6 +25,7 @@ struct View {
   bool orbit = true;                 ///< the run has an orbit for it
   bool lossOfLock = false;           ///< a slip begins here and is to be flagged
   long slip1 = 0, slip2 = 0;         ///< [cycles] sum of the slips so far
+  double ionoStep = 0;               ///< [m] of L4, sum of the steps of the ionosphere so far
 };
 
 /// What one outlier adds [m].
@@ -39,8 +40,8 @@ public:
   Receiver(const Scenario& scenario, const std::map<short, SatelliteBias>& biases);
 
   /// The fields of a satellite in the order of the scenario's types.
-  /// \param windUp  the phases carry the view's wind-up
-  ObsLine Observe(const Epoch& epoch, const View& view, const Offsets& offsets, bool windUp);
+  /// \param turns  [cycles] wind-up in the phases
+  ObsLine Observe(const Epoch& epoch, const View& view, const Offsets& offsets, double turns);
 
   /// [m] L4 of the whole cycles of a satellite's phases, its slips included.
   double PhaseLevel(const View& view) const;

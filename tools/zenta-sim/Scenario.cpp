@@ -1,10 +1,10 @@
 #include "Scenario.h"
+#include "report/Refusal.h"
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <fmt/format.h>
-#include <iostream>
 
 namespace sim {
 
@@ -13,10 +13,7 @@ double Scenario::PhaseNoise() const {
   return phaseNoise.value_or(codeNoise / 10 / std::sqrt(2.0));
 }
 
-void Fail(const std::string& text) {
-  std::cerr << "zenta-sim: " << text << "\n";
-  std::exit(1);
-}
+void Fail(const std::string& text) { throw report::Refusal(text); }
 
 static bool IsKnownType(const std::string& type) {
   static const std::array<const char*, 13> known = {"C1", "P1", "P2", "L1", "L2", "C2", "S1",

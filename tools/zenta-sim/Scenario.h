@@ -95,8 +95,9 @@ struct Scenario {
   std::vector<std::string> types = {"C1", "P1", "P2", "L1", "L2"};
   Tracking tracking = Tracking::kP1P2;
 
-  // Files beside observations, navigation, SP3 and truth.
+  // Files beside observations, navigation and truth.
   bool withP1P2 = true, withP1C1 = true, withChannels = true;
+  bool withSp3 = true; ///< written in any case for a run on precise orbits
   bool withP2C2 = false, withTracking = false, withClock = false, withCoordinates = false;
   bool withMultipath = false;
 
@@ -122,9 +123,9 @@ struct Scenario {
   double gradientSize = 0.5; ///< [m] spread of the gradients
 
   // Noise and multipath at the zenith; both grow with 1 / sin(elevation).
-  double codeNoise = 0.3;           ///< [m] each code
-  std::optional<double> phaseNoise; ///< [m] each phase; absent: matched
-  double multipath = 0;             ///< [m] amplitude near the horizon
+  double codeNoise = 0.3;                   ///< [m] each code
+  std::optional<double> phaseNoise = 0.002; ///< [m] each phase; absent: matched
+  double multipath = 0;                     ///< [m] amplitude near the horizon
   WindUp windUp = WindUp::kProgram;
 
   // Receiver clock.
@@ -156,7 +157,7 @@ struct Scenario {
   double PhaseNoise() const;
 };
 
-/// Ends the process with status 1 and \p text on standard error.
+/// Refuses what can't be made: the command prints \p text and ends with status 1.
 [[noreturn]] void Fail(const std::string& text);
 /// Fails on a scenario that can't be made.
 void Check(const Scenario& scenario);

@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -77,9 +78,10 @@ private:
   void AddRangeRates(double seconds, Views& views);
   bool HasOrbit(short sat, const mjd& t);
   bool IsUsed(const View& view) const;
-  bool Continues(const View& view, const Epoch& epoch, const Views& next,
-                 const Epoch* nextEpoch) const;
-  void Count(long epoch, const View& view, const Offsets& offsets);
+  double Level(const View& view, const Offsets& offsets) const;
+  bool Continues(const View& view, double level, long next, const Views& views) const;
+  void Count(long epoch, const View& view, double level);
+  double Turns(long epoch, const View& view, double level, const Views& next) const;
   void AddMultipath(long epoch, const Views& views);
   bool Has(const char* type) const;
   bool InView(short sat, long epoch, double& elevation);
@@ -97,8 +99,10 @@ private:
   Disturbances::InView inView_;
   std::unique_ptr<Disturbances> disturbances_;
   GNSSpEph preciseGps_, preciseGlonass_;
-  std::map<short, double> windUp_; ///< [cycles] last value, continuous
-  double cutoff_;                  ///< [rad] as the program reads it
+  std::map<short, double> windUp_;    ///< [cycles] last value, continuous
+  std::map<short, double> arcTurns_;  ///< [cycles] whole turns at the begin of the arc
+  std::map<short, double> ionoSteps_; ///< [m] of L4, sum of the steps of the ionosphere
+  double cutoff_;                     ///< [rad] as the program reads it
   bool wantsDoppler_;
   ArcFinder arcs_;
   std::optional<Compact2Writer> multipath1_, multipath2_;
@@ -196,12 +200,11 @@ void Simulation::WriteSp3() {
 
 void Simulation::WriteOrbits() {
   WriteNavigation();
-  WriteSp3();
-  sky_ = std::make_unique<Sky>(names_.Rinex('n'), names_.Rinex('g'), observer_, epochs_.day0,
-                               epochs_.epochs.front().seconds - 10,
+  if (s_.withSp3 || s_.precise) WriteSp3();
+  sky_ = std::make_unique<Sky>(s_.gps ? names_.Rinex('n') : "", s_.glonass ? names_.Rinex('g') : "",
+                               observer_, epochs_.day0, epochs_.epochs.front().seconds - 10,
                                epochs_.epochs.back().seconds + 10);
-  for (const short sat : sky_->Satellites())
-    if (IsGlonass(sat) ? s_.glonass : s_.gps) satellites_.push_back(sat);
+  satellites_ = sky_->Satellites();
   if (!s_.precise) return;
   preciseGps_.SetFile(names_.Sp3('g').c_str());
   preciseGps_.ReadFile();
@@ -290,8 +293,11 @@ Simulation::Views Simulation::Look(long i) {
     observer_.Direction(view.sight.position, view.elevation, view.azimuth);
     if (view.elevation < s_.mask * kDegree || Covers(s_.satelliteGaps, sat, epoch.seconds))
       continue;
-    view.slant = ionosphere_->Slant(
-        i, {observer_.Latitude(), observer_.Longitude(), view.elevation, view.azimuth});
+    const Ray ray = {observer_.Latitude(), observer_.Longitude(), view.elevation, view.azimuth};
+    const Carriers carriers = CarriersOf(sat);
+    view.slant = ionosphere_->Slant(i, ray);
+    ionoSteps_[sat] += (carriers.alpha2 - carriers.alpha1) * ionosphere_->Step(i, ray);
+    view.ionoStep = ionoSteps_[sat];
     view.windUp = Unwrapped(WindUpCycles(observer_, view.sight.position, sun, sense), windUp_[sat]);
     windUp_[sat] = view.windUp;
     view.aligned = IsAligned(view.sight.position, sun);
@@ -312,27 +318,43 @@ Simulation::Views Simulation::Look(long i) {
 
 bool Simulation::IsUsed(const View& view) const { return view.orbit && view.elevation > cutoff_; }
 
-/// The satellite's arc goes on at the next epoch.
-bool Simulation::Continues(const View& view, const Epoch& epoch, const Views& next,
-                           const Epoch* nextEpoch) const {
-  if (nextEpoch == nullptr || nextEpoch->used - epoch.used > 0.7L + s_.interval) return false;
-  return std::any_of(next.begin(), next.end(), [&](const View& v) {
-    return v.sat == view.sat && IsUsed(v) && !v.aligned && v.slip1 == view.slip1 &&
-           v.slip2 == view.slip2;
-  });
+/// [m] of L4: what was added to it, but for the ionosphere's even change.
+double Simulation::Level(const View& view, const Offsets& offsets) const {
+  return receiver_->PhaseLevel(view) + view.ionoStep + offsets.l1 - offsets.l2;
 }
 
-void Simulation::Count(long epoch, const View& view, const Offsets& offsets) {
+/// The satellite's arc goes on at epoch \p next, which the views are of.
+bool Simulation::Continues(const View& view, double level, long next, const Views& views) const {
+  if (next >= static_cast<long>(epochs_.epochs.size())) return false;
+  const auto same =
+      std::find_if(views.begin(), views.end(), [&](const View& v) { return v.sat == view.sat; });
+  if (same == views.end() || !IsUsed(*same) || same->aligned) return false;
+  const Epoch& epoch = epochs_.epochs[static_cast<std::size_t>(next)];
+  const double dt = static_cast<double>(epoch.used - (&epoch - 1)->used);
+  return arcs_.Continues(dt, Level(*same, disturbances_->OffsetsAt(next, view.sat)) - level);
+}
+
+/// Counts what the run uses of a satellite, and finds its arcs.
+void Simulation::Count(long epoch, const View& view, double level) {
   if (!IsUsed(view)) return;
   if (Has("P1")) ++truth_.counts.p1c1;
   if (Has("P2")) ++truth_.counts.p2c1;
   if (!Has("L1") || !Has("L2") || view.aligned) return;
   // The program begins an arc with a wind-up within half a cycle, whatever went before.
   const bool likeProgram = s_.windUp == WindUp::kProgram || s_.windUp == WindUp::kExact;
-  const double turns = likeProgram ? view.windUp - Unwrapped(view.windUp, 0) : 0;
-  const double ambiguity = receiver_->PhaseLevel(view);
-  arcs_.Add(view.sat, epoch, epochs_.epochs[static_cast<std::size_t>(epoch)].used,
-            ambiguity + offsets.l1 - offsets.l2, ambiguity + GpsWindUpPerCycle() * turns);
+  const double whole = likeProgram ? view.windUp - Unwrapped(view.windUp, 0) : 0;
+  if (arcs_.Add(view.sat, epoch, epochs_.epochs[static_cast<std::size_t>(epoch)].used, level,
+                receiver_->PhaseLevel(view) + GpsWindUpPerCycle() * whole))
+    arcTurns_[view.sat] = whole;
+}
+
+/// [cycles] of wind-up in the phases of a satellite.
+double Simulation::Turns(long epoch, const View& view, double level, const Views& next) const {
+  if (s_.windUp == WindUp::kNone) return 0;
+  if (s_.windUp != WindUp::kExact || !arcTurns_.contains(view.sat)) return view.windUp;
+  // At its arc's last epoch the program takes off nothing but the whole turns that it does not
+  // know of.
+  return Continues(view, level, epoch + 1, next) ? view.windUp : arcTurns_.at(view.sat);
 }
 
 void Simulation::AddMultipath(long i, const Views& views) {
@@ -372,21 +394,19 @@ void Simulation::WriteObservations() {
   Views views = Look(0);
   for (long i = 0; i < count; ++i) {
     const Epoch& epoch = epochs_.epochs[static_cast<std::size_t>(i)];
-    const Epoch* next = i + 1 < count ? &epoch + 1 : nullptr;
-    Views nextViews = next != nullptr ? Look(i + 1) : Views{};
+    Views next = i + 1 < count ? Look(i + 1) : Views{};
     std::vector<ObsLine> lines;
     for (const View& view : views) {
       const Offsets offsets = disturbances_->OffsetsAt(i, view.sat);
-      const bool windUp = s_.windUp != WindUp::kNone &&
-                          (s_.windUp != WindUp::kExact || Continues(view, epoch, nextViews, next));
-      lines.push_back(receiver_->Observe(epoch, view, offsets, windUp));
-      Count(i, view, offsets);
+      const double level = Level(view, offsets);
+      Count(i, view, level);
+      lines.push_back(receiver_->Observe(epoch, view, offsets, Turns(i, view, level, next)));
     }
     if (s_.eventEvery > 0 && i > 0 && i % s_.eventEvery == 0)
       writer.AddEvent(fmt::format("EVENT BEFORE EPOCH {}", i));
     writer.AddEpoch(epoch, lines);
     AddMultipath(i, views);
-    views = std::move(nextViews);
+    views = std::move(next);
     progress.Done(i + 1);
   }
   writer.Close();
@@ -409,7 +429,8 @@ void Simulation::WriteTruth() {
   };
   const auto orbit = [&](bool system, bool precise, const char* kind, const char* option,
                          const std::string& name) {
-    input(true, kind, system && precise == s_.precise ? option : nullptr, name);
+    input(!precise || s_.withSp3 || s_.precise, kind,
+          system && precise == s_.precise ? option : nullptr, name);
   };
   input(true, "observations", "-r", names_.Rinex('o'));
   orbit(s_.gps, false, "gps_navigation", "-eg", names_.Rinex('n'));
@@ -449,6 +470,9 @@ void Simulation::Run() {
   WriteLists();
   ionosphere_ =
       std::make_unique<Ionosphere>(s_, epochs_, observer_.Latitude(), observer_.Longitude());
+  if (ionosphere_->Intervals().joined)
+    std::cerr << "zenta-sim: the last piece of the ionosphere is shorter than a quarter of "
+                 "--ion-interval; a run with this interval ends with a range report\n";
   receiver_ = std::make_unique<Receiver>(s_, biases_);
   inView_ = [this](short sat, long epoch, double& elevation) {
     return InView(sat, epoch, elevation);

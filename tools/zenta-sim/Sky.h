@@ -47,6 +47,8 @@ struct Sight {
 /// delay of ten metres moves by a micrometre for a metre of orbit.
 class Sky {
 public:
+  /// \param gpsNavigation, glonassNavigation  names of the files; without one the system is left
+  ///   out
   /// \param first, last  span [s since midnight of day \p day0] in which Look is asked
   Sky(const std::string& gpsNavigation, const std::string& glonassNavigation,
       const Observer& observer, unsigned int day0, double first, double last);

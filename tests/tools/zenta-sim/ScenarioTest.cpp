@@ -1,5 +1,5 @@
 #include "Scenario.h"
-#include "support/Ends.h"
+#include "tools/report/Refused.h"
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -39,35 +39,43 @@ TEST(Scenario, PhaseNoiseMatchesTheWeightOfThePhases) {
   // the difference of two phases has sqrt 2 times the noise of one.
   Scenario s;
   s.codeNoise = 0.3;
+  s.phaseNoise.reset();
   EXPECT_NEAR(s.PhaseNoise() * std::sqrt(2.0), 0.03, 1e-15);
   s.phaseNoise = 0.002;
   EXPECT_EQ(s.PhaseNoise(), 0.002);
 }
 
-TEST(ScenarioDeathTest, WhatIsNoSatelliteTimeOrNumberEndsTheProgram) {
-  EXPECT_ENDS(ParseSatellite("G33"), "no satellite: G33");
-  EXPECT_ENDS(ParseSatellite("R25"), "no satellite: R25");
-  EXPECT_ENDS(ParseSatellite("E01"), "no satellite: E01");
-  EXPECT_ENDS(ParseSatellite("G00"), "no satellite: G00");
-  EXPECT_ENDS(ParseTime("12:00"), "':' is missing in 00");
-  EXPECT_ENDS(ParseTime("aa:00:00"), "no number in aa:00:00");
-  EXPECT_ENDS(ParseTime("00:00:inf"), "no number in 00:00:inf");
-  EXPECT_ENDS(ParseSpan("02:00:00-01:00:00"), "ends before it begins");
-  EXPECT_ENDS(ParseOutlier("G01@00:00:00=S1:3"), "no type for an outlier");
-  EXPECT_ENDS(ParseSlip("G01@00:00:00=3"), "'/' is missing");
+/// \p action is refused with a message that holds \p text.
+static testing::AssertionResult Refuses(const auto& action, const std::string& text) {
+  const std::string message = RefusalOf(action);
+  if (message.find(text) != std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "\"" << message << "\" does not hold \"" << text << "\"";
 }
 
-TEST(ScenarioDeathTest, WhatCantBeMadeEndsTheProgram) {
-  const auto ends = [](auto change, const char* text) {
+TEST(Scenario, WhatIsNoSatelliteTimeOrNumberIsRefused) {
+  EXPECT_TRUE(Refuses([] { ParseSatellite("G33"); }, "no satellite: G33"));
+  EXPECT_TRUE(Refuses([] { ParseSatellite("R25"); }, "no satellite: R25"));
+  EXPECT_TRUE(Refuses([] { ParseSatellite("E01"); }, "no satellite: E01"));
+  EXPECT_TRUE(Refuses([] { ParseSatellite("G00"); }, "no satellite: G00"));
+  EXPECT_TRUE(Refuses([] { ParseTime("12:00"); }, "':' is missing in 00"));
+  EXPECT_TRUE(Refuses([] { ParseTime("aa:00:00"); }, "no number in aa:00:00"));
+  EXPECT_TRUE(Refuses([] { ParseTime("00:00:inf"); }, "no number in 00:00:inf"));
+  EXPECT_TRUE(Refuses([] { ParseSpan("02:00:00-01:00:00"); }, "ends before it begins"));
+  EXPECT_TRUE(Refuses([] { ParseOutlier("G01@00:00:00=S1:3"); }, "no type for an outlier"));
+  EXPECT_TRUE(Refuses([] { ParseSlip("G01@00:00:00=3"); }, "'/' is missing"));
+}
+
+TEST(Scenario, WhatCantBeMadeIsRefused) {
+  const auto refuses = [](auto change, const char* text) {
     Scenario s;
     change(s);
-    EXPECT_ENDS(Check(s), text);
+    EXPECT_TRUE(Refuses([&] { Check(s); }, text));
   };
-  ends([](Scenario& s) { s.interval = 0; }, "--interval");
-  ends([](Scenario& s) { s.duration = 1; }, "--duration");
-  ends([](Scenario& s) { s.latitude = 90; }, "--lat");
-  ends([](Scenario& s) { s.gps = s.glonass = false; }, "--systems");
-  ends([](Scenario& s) { s.types = {"C9"}; }, "unknown type C9");
-  ends([](Scenario& s) { s.headerError = 5; }, "--header-error");
-  ends([](Scenario& s) { s.windUp = WindUp::kExact, s.interval = 1; }, "--wind-up exact");
+  refuses([](Scenario& s) { s.interval = 0; }, "--interval");
+  refuses([](Scenario& s) { s.duration = 1; }, "--duration");
+  refuses([](Scenario& s) { s.latitude = 90; }, "--lat");
+  refuses([](Scenario& s) { s.gps = s.glonass = false; }, "--systems");
+  refuses([](Scenario& s) { s.types = {"C9"}; }, "unknown type C9");
+  refuses([](Scenario& s) { s.headerError = 5; }, "--header-error");
+  refuses([](Scenario& s) { s.windUp = WindUp::kExact, s.interval = 1; }, "--wind-up exact");
 }
