@@ -10,7 +10,9 @@ class KorvanC;
 /// A satellite whose directions to the Sun and to the Earth's centre are aligned within
 /// satEclipsThres, on either side, loses the L1, L2 and L4 of that record. Also finds the Sun
 /// for every epoch, which PhaseWindUp uses, and counts the removed records per satellite. Comes
-/// before the screening of L4, so that arcs end at eclipses. Nothing happens unless phase is used.
+/// before the screening of L4, so that arcs end at eclipses. Switches standard output to
+/// fixed-point notation, as the settings report does later in any case. Nothing happens unless
+/// phase is used.
 void GetEclipsing(KorvanC& ctx);
 
 /// Takes the phase wind-up out of L4 along every arc.

@@ -7,8 +7,9 @@ class KorvanC;
 /// delays by interval. The README shows the layout. A standard deviation is
 /// sqrt(s0apost Qxx(k,k)); the column "msec" holds microseconds.
 ///
-/// Sets the decimals of seconds in print to 1 for mjd and 0 for ymdhms and leaves them so; later
-/// reports print with them.
+/// Prints in the fixed-point notation that the settings report leaves on standard output and sets
+/// the number of decimals wherever it changes. Sets the decimals of seconds in print to 1 for mjd
+/// and 0 for ymdhms and leaves them so; later reports print with them.
 void PrintResults(KorvanC& ctx);
 
 #endif

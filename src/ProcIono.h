@@ -22,6 +22,9 @@ class KorvanC;
 /// 1/n of that of one. A redundancy of 0 is warned about, and the variance is then 0; a negative
 /// one gives a negative variance. An estimation without any observation is warned about. A singular
 /// normal matrix ends the program.
+///
+/// Reports outliers and a summary on standard output, in the fixed-point notation that the settings
+/// report leaves there.
 void ProcIono(KorvanC& ctx);
 
 /// Sets the leading \p n rows and columns to 0; the border of constraints stays.

@@ -10,7 +10,8 @@ class KorvanC;
 /// An epoch needs more observations than unknowns; one that has fewer gives no line, with
 /// gradients too (it does not fall back to the delay alone). Neither does one whose observations
 /// do not tell the unknowns apart, such as code and phase of two satellites with gradients.
-/// Nothing happens unless ifEstIONEph is set.
+/// Nothing happens unless ifEstIONEph is set. Prints in the fixed-point notation that the settings
+/// report leaves on standard output, epochs with the decimals that PrintResults leaves.
 void ProcIonoEph(KorvanC& ctx);
 
 #endif

@@ -1,8 +1,10 @@
 #include "ReadFiles.h"
 
 #include "KorvanC.h"
+#include "PROGINC/ProgramError.h"
 
 #include <iostream>
+#include <string>
 
 namespace {
 
@@ -48,10 +50,21 @@ void ReadBroadcast(const KorvanC& ctx, bool inUse, Orbits& reader, const char* s
             << " records\n";
 }
 
-void ReadPrecise(const KorvanC& ctx, bool inUse, GNSSpEph& reader, const char* system) {
-  if (!Read(ctx, inUse, reader)) return;
-  std::cerr << kRead << "reading " << system << " PRECISE EPHEMERIS file - " << reader.GetNEpoch()
-            << " epochs " << reader.GetNSatList() << " satellites\n";
+// The reader takes any file for one that was cut off; this is the place that knows its name.
+void WarnWithoutOrbits(const GNSSpEph& reader, const char* name, const char* system) {
+  if (reader.GetNEpoch() > 0 && reader.GetNSatList() > 0) return;
+  const std::string text =
+      std::string(system) + " PRECISE EPHEMERIS FILE HOLDS NO ORBITS: " + name + "!";
+  ProgramWarning("Zenta", text.c_str());
+}
+
+void ReadPrecise(const KorvanC& ctx, bool inUse, GNSSpEph& reader, const char* name,
+                 const char* system) {
+  if (!inUse) return;
+  if (Read(ctx, inUse, reader))
+    std::cerr << kRead << "reading " << system << " PRECISE EPHEMERIS file - " << reader.GetNEpoch()
+              << " epochs " << reader.GetNSatList() << " satellites\n";
+  WarnWithoutOrbits(reader, name, system);
 }
 
 void ReadChannels(KorvanC& ctx) {
@@ -92,8 +105,8 @@ void ReadFiles(KorvanC& ctx) {
   ReadMultipath(ctx, ctx.isMP2, ctx.mp2, "P2");
   ReadBroadcast(ctx, ctx.isGPSnav, ctx.gpsnav, "GPS");
   ReadBroadcast(ctx, ctx.isGLNnav, ctx.glnnav, "GLONASS");
-  ReadPrecise(ctx, ctx.isGpEph, ctx.pephG, "GPS");
-  ReadPrecise(ctx, ctx.isRpEph, ctx.pephR, "GLONASS");
+  ReadPrecise(ctx, ctx.isGpEph, ctx.pephG, ctx.gsp3file, "GPS");
+  ReadPrecise(ctx, ctx.isRpEph, ctx.pephR, ctx.rsp3file, "GLONASS");
   ReadChannels(ctx);
   ReadBiases(ctx, ctx.isP1P2, ctx.p1p2, "P1P2");
   ReadBiases(ctx, ctx.isP1C1, ctx.p1c1, "P1C1");
