@@ -39,6 +39,14 @@ std::string ReadInput(const std::string& name) {
   return bytes;
 }
 
+std::string ReadStart(const std::string& name, std::size_t most) {
+  const FilePtr file(std::fopen(name.c_str(), "rb"));
+  if (!file) return {};
+  std::string bytes(most, '\0');
+  bytes.resize(std::fread(bytes.data(), 1, most, file.get()));
+  return bytes;
+}
+
 void WriteOutput(const std::string& name, const std::string& text) {
   FilePtr file;
   if (name != "-") {
