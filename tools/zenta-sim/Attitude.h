@@ -19,10 +19,11 @@ enum class RaySense {
 /// Phase wind-up [cycles], -0.5 to 0.5, of a satellite whose panels face the \p sun and whose
 /// antenna faces the Earth, at a receiver whose dipoles point north and west.
 ///
-/// With the ray to the satellite both effective dipoles nearly vanish near the zenith, and the
-/// angle between them is another one than that of the antennas.
-/// Source: Wu, Wu, Hajj, Bertiger and Lichten, Effects of antenna orientation on GPS carrier
-/// phase, manuscripta geodaetica 18, 1993.
+/// The sense of the ray reverses the angle between the effective dipoles and mirrors it at the
+/// plane of satellite, receiver and Earth's centre; as far as the local vertical lies in that
+/// plane, the two make up for each other. With the ray to the satellite both dipoles vanish at the
+/// zenith, where the angle is of no use. Source: Wu, Wu, Hajj, Bertiger and Lichten, Effects of
+/// antenna orientation on GPS carrier phase, manuscripta geodaetica 18, 1993.
 double WindUpCycles(const Observer& observer, const Vec3& satellite, const Vec3& sun,
                     RaySense sense);
 

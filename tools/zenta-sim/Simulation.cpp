@@ -341,8 +341,7 @@ void Simulation::Count(long epoch, const View& view, double level) {
   if (Has("P2")) ++truth_.counts.p2c1;
   if (!Has("L1") || !Has("L2") || view.aligned) return;
   // The program begins an arc with a wind-up within half a cycle, whatever went before.
-  const bool likeProgram = s_.windUp == WindUp::kProgram || s_.windUp == WindUp::kExact;
-  const double whole = likeProgram ? view.windUp - Unwrapped(view.windUp, 0) : 0;
+  const double whole = s_.windUp == WindUp::kNone ? 0 : view.windUp - Unwrapped(view.windUp, 0);
   if (arcs_.Add(view.sat, epoch, epochs_.epochs[static_cast<std::size_t>(epoch)].used, level,
                 receiver_->PhaseLevel(view) + GpsWindUpPerCycle() * whole))
     arcTurns_[view.sat] = whole;

@@ -53,6 +53,18 @@ TEST(WindUp, OfASatelliteOverheadIsTheTurnOfItsPanels) {
   EXPECT_NEAR(std::abs(total), 1, 1e-9);
 }
 
+TEST(WindUp, IsTheSameForBothSensesOfTheRayWhereTheVerticalPointsFromTheEarthsCentre) {
+  // On the equator the normal of the ellipsoid does.
+  const Observer observer(xyz(6378137, 0, 0));
+  const Vec3 sun = {0.5e11, -0.9e11, 1.0e11};
+  for (const Vec3& satellite :
+       {Vec3{20e6, 15e6, 5e6}, Vec3{22e6, -3e6, -13e6}, Vec3{15e6, 2e6, 21e6}}) {
+    const double along = WindUpCycles(observer, satellite, sun, RaySense::kToReceiver);
+    const double against = WindUpCycles(observer, satellite, sun, RaySense::kToSatellite);
+    EXPECT_NEAR(Unwrapped(against, along), along, 1e-9);
+  }
+}
+
 TEST(WindUp, IsContinuedOverHalfACycle) {
   EXPECT_NEAR(Unwrapped(-0.45, 0.45), 0.55, 1e-15);
   EXPECT_NEAR(Unwrapped(0.2, 5.1), 5.2, 1e-15);
