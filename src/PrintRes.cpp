@@ -1,8 +1,8 @@
 #include "PrintRes.h"
 
 #include "KorvanC.h"
-#include "OutputFile.h"
 #include "PROGINC/LittleEndian.h"
+#include "PROGINC/OutputFile.h"
 #include "Progress.h"
 #include "SatPosition.h"
 #include "SetUnknowns.h"

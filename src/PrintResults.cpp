@@ -4,7 +4,7 @@
 #include "GNSS/mjd.h"
 #include "GNSS/ymdhms.h"
 #include "KorvanC.h"
-#include "OutputFile.h"
+#include "PROGINC/OutputFile.h"
 
 #include <cmath>
 #include <iomanip>

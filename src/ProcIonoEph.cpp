@@ -1,7 +1,7 @@
 #include "ProcIonoEph.h"
 
 #include "KorvanC.h"
-#include "OutputFile.h"
+#include "PROGINC/OutputFile.h"
 #include "Progress.h"
 #include "SatPosition.h"
 #include "SetUnknowns.h"

@@ -5,6 +5,7 @@
 #include "GNSSf/GNSS_ApplyMultipath.h"
 #include "GetInitPos.h"
 #include "KorvanC.h"
+#include "PROGINC/RunGuards.h"
 #include "ParseArgumetns.h"
 #include "PrintRes.h"
 #include "PrintResults.h"
@@ -17,6 +18,7 @@
 #include "SetUnknowns.h"
 
 int main(int argc, const char** argv) {
+  GuardRun();
   RINEXHeader header;
   RINEXData data(header);
   RINEX file(header, data);
@@ -61,6 +63,7 @@ int main(int argc, const char** argv) {
   PrintResults(ctx);
   PrintRes(ctx);
   ProcIonoEph(ctx);
+  RequireStandardOutput();
 
   ctx.EndProg();
   return 0;

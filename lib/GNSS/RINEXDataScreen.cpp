@@ -3,6 +3,7 @@
 #include "GNSS/GNSSLinCombs.h"
 #include "GNSS/Wavelengths.h"
 #include "PROGINC/LittleEndian.h"
+#include "PROGINC/OutputFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -47,8 +48,9 @@ void WriteArcs(const char* name, const Arcs& arcs) {
     PutInt32(bytes, static_cast<std::int32_t>(arc.lastEpoch));
     PutInt32(bytes, static_cast<std::int32_t>(arc.nObs));
   }
-  std::ofstream(name, std::ios::binary)
-      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  OutputFile file;
+  file.Open(name, std::ios::binary);
+  file.Stream().write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 /// The first \p n arcs of the file; those that it does not hold whole are missing.

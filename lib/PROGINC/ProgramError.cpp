@@ -2,12 +2,17 @@
 
 #include "PROGINC/EndProgram.h"
 #include "PROGINC/WarningCount.h"
+#include "ProgramMessage.h"
 
 #include <iostream>
 
-void ProgramError(const char* prog, const char* text) {
+void WriteProgramError(const char* prog, const char* text) {
   std::cerr << "\n**** " << prog << ": Error -> " << text << " ****\n     Exiting " << prog
             << " ... \n\n";
+}
+
+void ProgramError(const char* prog, const char* text) {
+  WriteProgramError(prog, text);
   EndProgram();
 }
 

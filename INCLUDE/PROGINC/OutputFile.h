@@ -1,5 +1,5 @@
-#ifndef SRC_OUTPUTFILE_H
-#define SRC_OUTPUTFILE_H
+#ifndef PROGINC_OUTPUTFILE_H
+#define PROGINC_OUTPUTFILE_H
 
 #include <fstream>
 #include <string>
@@ -7,9 +7,12 @@
 /// A result file, written beside its final name and put in place when it is complete.
 ///
 /// A run that is killed thus leaves no half-written result, and two runs into one file leave the
-/// result of one of them. Devices and pipes, and files in a folder where nothing can be created,
-/// are written straight away. A file that can't be created or written is named in a warning and
-/// what was meant for it is lost; the run goes on.
+/// result of one of them. What is written meanwhile has a name that no other file has. The result
+/// gets the permissions of the file that it replaces, else those of any new file.
+///
+/// Devices and pipes, and files in a folder where nothing can be created, are written straight
+/// away. A file that can't be created or written is named in a warning and what was meant for it
+/// is lost; the run goes on.
 class OutputFile {
 public:
   OutputFile() = default;
@@ -25,6 +28,8 @@ public:
   void Close();
 
 private:
+  bool PutInPlace();
+
   std::string name_;
   std::string temporary_; ///< empty where the final name is written straight away
   std::ofstream stream_;
