@@ -19,6 +19,11 @@ namespace {
 constexpr int kColTGD = 25;         // [s] of a GPS broadcast record
 constexpr int kColFreqChannel = 10; // of a GLONASS broadcast record
 
+// GLONASS ICD: 0 to 24 at first, -7 to 6 since 2005. On others the wavelengths soon lose their
+// sense.
+constexpr int kLowestChannel = -7;
+constexpr int kHighestChannel = 24;
+
 bool IsGlonassSlot(short sat) { return sat > 100 && sat <= 199; }
 
 void WarnNoChannel(short sat, const char* source) {
@@ -29,17 +34,32 @@ void WarnNoChannel(short sat, const char* source) {
   ProgramWarning("Zenta", text);
 }
 
+/// \p k, or channel 0 with a warning where no satellite sends on \p k.
+long double KnownChannel(long double k, short sat, const char* source) {
+  if (k >= kLowestChannel && k <= kHighestChannel) return k;
+  char text[160];
+  std::snprintf(text, sizeof text,
+                "GLONASS SATELLITE %3d HAS NO VALID CHANNEL [%Lg] IN GLONASS %s FILE - USING FREQ. "
+                "CHANNEL k = 0!",
+                sat, k, source);
+  ProgramWarning("Zenta", text);
+  return 0;
+}
+
 long double ListedChannel(KorvanC& ctx, short sat) {
+  constexpr const char* kSource = "FREQUENCY CHANNEL";
   const long double k = ctx.glnfc.GetFreqNum(sat, ctx.rnxd.epoch(0));
-  if (!ctx.glnfc.GetIsGLNSat()) WarnNoChannel(sat, "FREQUENCY CHANNEL");
-  return k;
+  if (!ctx.glnfc.GetIsGLNSat()) WarnNoChannel(sat, kSource);
+  return KnownChannel(k, sat, kSource);
 }
 
 long double BroadcastChannel(KorvanC& ctx, short sat) {
+  constexpr const char* kSource = "BROADCAST EPHEMERIS";
   const GLNbEphData& records = ctx.glnnav.rdata;
   for (long i = 0; i < records.sat.Length(); ++i)
-    if (records.sat(i) == sat - 100) return records.data(i, kColFreqChannel);
-  WarnNoChannel(sat, "BROADCAST EPHEMERIS");
+    if (records.sat(i) == sat - 100)
+      return KnownChannel(records.data(i, kColFreqChannel), sat, kSource);
+  WarnNoChannel(sat, kSource);
   return 0;
 }
 

@@ -5,8 +5,13 @@
 #include "PROGINC/ProgramError.h"
 #include "PROGINC/cfilef.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <limits>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -119,11 +124,39 @@ template <typename T> void Report(const KorvanC& ctx, const char* description, c
   if (ctx.verbose) std::cerr << kPrefix << description << value << "!\n";
 }
 
+/// Numbers of a setting that make sense.
+struct Range {
+  double lowest;
+  double highest;
+};
+constexpr Range kElevations = {0, 90}; // [degree]
+constexpr Range kLimits = {0, std::numeric_limits<float>::max()};
+constexpr Range kIterations = {1, 1000};
+constexpr Range kIntervals = {0, 100 * 3600}; // [s] hours have two digits
+
+/// Where the number \p given by \p arg is out of \p range, warns and names the one in use.
+template <typename T> void CheckNumber(const char* arg, double given, Range range, const T& used) {
+  if (given >= range.lowest && given <= range.highest) return;
+  std::ostringstream text;
+  text << "NUMBER NOT SENSIBLE: " << arg << " - USING " << used << '!';
+  Warn(text.str());
+}
+
+/// The number behind a two-letter option, as it stands there; nan without one.
+double GivenNumber(const char* arg) {
+  const char* const text = arg + 3;
+  char* end = nullptr;
+  const double number = std::strtod(text, &end);
+  return end == text ? std::numeric_limits<double>::quiet_NaN() : number;
+}
+
 /// The number behind a two-letter option. Converted in single precision, so that 10.1 becomes
 /// the nearest float.
 template <typename T>
-void TakeFloat(const KorvanC& ctx, const char* arg, const char* description, T& value) {
+void TakeFloat(const KorvanC& ctx, const char* arg, const char* description, Range range,
+               T& value) {
   value = ParseFloat(arg, 3);
+  CheckNumber(arg, GivenNumber(arg), range, value);
   Report(ctx, description, value);
 }
 
@@ -149,9 +182,23 @@ void ParseObservationTypes(KorvanC& ctx, std::string_view arg) {
 
 void ParseInterval(KorvanC& ctx, const char* arg) {
   ctx.IonoInterval = ParseHMS(arg, 3);
+  CheckNumber(arg, std::isnan(GivenNumber(arg)) ? -1 : static_cast<double>(ctx.IonoInterval),
+              kIntervals, ctx.IonoInterval);
   if (ctx.verbose)
     std::cerr << kPrefix << "Ionospheric delay estimation time interval: " << ctx.IonoInterval
               << " s!\n";
+}
+
+void ParseMaxIterations(KorvanC& ctx, const char* arg) {
+  ctx.MaxIter = std::min(ParseInteger(arg, 3), static_cast<int>(kIterations.highest));
+  CheckNumber(arg, GivenNumber(arg), kIterations, ctx.MaxIter);
+  Report(ctx, "Maximum number of iteration: ", ctx.MaxIter);
+}
+
+void ParseIterationThreshold(KorvanC& ctx, const char* arg) {
+  ctx.IterThres = ParseDouble(arg, 3);
+  CheckNumber(arg, GivenNumber(arg), kLimits, ctx.IterThres);
+  Report(ctx, "Iteration process threshold: ", ctx.IterThres);
 }
 
 /// \returns false when \p arg is none of the settings.
@@ -168,24 +215,23 @@ bool ParseSetting(KorvanC& ctx, const char* arg) {
     ParseObservationTypes(ctx, arg);
   } else if (Begins(option, "me")) {
     ctx.isMinElev = true;
-    TakeFloat(ctx, arg, "Minimum elevation angle: ", ctx.MinElevation);
+    TakeFloat(ctx, arg, "Minimum elevation angle: ", kElevations, ctx.MinElevation);
   } else if (Begins(option, "bt")) {
     ctx.isThresBlunder = true;
-    TakeFloat(ctx, arg,
-              "Threshold for blunder detection (correction vector v): ", ctx.ThresBlunder);
+    TakeFloat(ctx, arg, "Threshold for blunder detection (correction vector v): ", kLimits,
+              ctx.ThresBlunder);
   } else if (Begins(option, "bl")) {
     ctx.isThresBlunderL4 = true;
-    TakeFloat(ctx, arg,
-              "Threshold for blunder detection (correction vector v - L4): ", ctx.ThresBlunderL4);
+    TakeFloat(ctx, arg, "Threshold for blunder detection (correction vector v - L4): ", kLimits,
+              ctx.ThresBlunderL4);
   } else if (Begins(option, "ft")) {
     ctx.isMaxfDiff = true;
-    TakeFloat(ctx, arg, "Threshold for blunder detection (misclosure vector f): ", ctx.MaxfDiff);
+    TakeFloat(ctx, arg, "Threshold for blunder detection (misclosure vector f): ", kLimits,
+              ctx.MaxfDiff);
   } else if (Begins(option, "mi")) {
-    ctx.MaxIter = ParseInteger(arg, 3);
-    Report(ctx, "Maximum number of iteration: ", ctx.MaxIter);
+    ParseMaxIterations(ctx, arg);
   } else if (Begins(option, "mt")) {
-    ctx.IterThres = ParseDouble(arg, 3);
-    Report(ctx, "Iteration process threshold: ", ctx.IterThres);
+    ParseIterationThreshold(ctx, arg);
   } else if (Begins(option, "c")) {
     ctx.iCout = true;
   } else {

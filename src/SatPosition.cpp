@@ -3,6 +3,8 @@
 #include "KorvanC.h"
 #include "PROGINC/WarningCount.h"
 
+#include <cmath>
+
 bool IsProcessed(const KorvanC& ctx, short sat) {
   if (sat <= 99) return ctx.isGPS;
   return sat <= 199 && ctx.isGLN;
@@ -17,11 +19,8 @@ bool PrecisePosition(GNSSpEph& orbits, short sat, const mjd& t, const xyz& recei
   return orbits.PSisOK;
 }
 
-} // namespace
-
-bool EmissionPosition(KorvanC& ctx, short sat, const mjd& t, xyzt& position) {
+bool FromOrbits(KorvanC& ctx, short sat, const mjd& t, xyzt& position) {
   const xyz& receiver = ctx.RecPosFC;
-  position = xyzt();
   if (sat <= 99) {
     if (ctx.isGPSnav) {
       long double groupDelay = 0;
@@ -38,6 +37,19 @@ bool EmissionPosition(KorvanC& ctx, short sat, const mjd& t, xyzt& position) {
     return true;
   }
   return ctx.isRpEph && PrecisePosition(ctx.pephR, sat, t, receiver, position);
+}
+
+// A record whose numbers make no orbit, such as one without a major axis.
+bool IsFinite(const xyzt& p) {
+  return std::isfinite(p.GetX()) && std::isfinite(p.GetY()) && std::isfinite(p.GetZ()) &&
+         std::isfinite(p.GetT());
+}
+
+} // namespace
+
+bool EmissionPosition(KorvanC& ctx, short sat, const mjd& t, xyzt& position) {
+  position = xyzt();
+  return FromOrbits(ctx, sat, t, position) && IsFinite(position);
 }
 
 void RecordPositions::Keep(long records) {

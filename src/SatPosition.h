@@ -13,7 +13,7 @@ bool IsProcessed(const KorvanC& ctx, short sat);
 
 /// Where satellite \p sat of a processed system was when it sent what the receiver's antenna
 /// got at \p t: [m], Earth-fixed at emission. Broadcast orbits come before precise ones.
-/// \returns false when no orbit gives a position.
+/// \returns false when no orbit gives a position, or one with something that is no number.
 bool EmissionPosition(KorvanC& ctx, short sat, const mjd& t, xyzt& position);
 
 /// Emission positions by observation record, for the stages that ask for the same ones: the

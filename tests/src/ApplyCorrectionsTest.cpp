@@ -179,6 +179,38 @@ TEST(SetGlonassFrequency, SlotWithoutBroadcastRecordIsWarnedAboutAndSendsOnChann
   EXPECT_EQ(Channels::Channel(7), 0);
 }
 
+TEST(SetGlonassFrequency, ChannelsThatGlonassHadAreTaken) {
+  for (const int k : {-7, 0, 24}) {
+    Channels run({105});
+    run.Broadcast({k});
+    SetGlonassFrequency(run.ctx);
+    EXPECT_EQ(Channels::Channel(5), k);
+    EXPECT_EQ(run.errors.Text(), "");
+  }
+}
+
+// On channel -2848 a satellite would send on frequency 0.
+TEST(SetGlonassFrequency, OtherChannelsAreWarnedAboutAndCountAsZero) {
+  for (const int k : {-2848, -8, 25}) {
+    const std::string number = std::to_string(k);
+    Channels broadcast({105});
+    broadcast.Broadcast({k});
+    SetGlonassFrequency(broadcast.ctx);
+    EXPECT_TRUE(broadcast.Warned("GLONASS SATELLITE 105 HAS NO VALID CHANNEL [" + number +
+                                 "] IN GLONASS BROADCAST EPHEMERIS FILE - USING FREQ. CHANNEL k = "
+                                 "0!"))
+        << broadcast.errors.Text();
+    EXPECT_EQ(Channels::Channel(5), 0);
+    Channels listed({105});
+    listed.List("R05       2011 01 01 00 00 00                       " + number + "\n");
+    SetGlonassFrequency(listed.ctx);
+    EXPECT_TRUE(listed.Warned("GLONASS SATELLITE 105 HAS NO VALID CHANNEL [" + number +
+                              "] IN GLONASS FREQUENCY CHANNEL FILE - USING FREQ. CHANNEL k = 0!"))
+        << listed.errors.Text();
+    EXPECT_EQ(Channels::Channel(5), 0);
+  }
+}
+
 TEST(SetGlonassFrequency, SatellitesOfOtherSystemsAreLeftAlone) {
   Channels run({1, 99, 100, 200, 305});
   run.List(kList);

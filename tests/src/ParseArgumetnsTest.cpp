@@ -398,6 +398,54 @@ TEST(ParseArgumetns, ValueThatIsNoNumberIsZero) {
   EXPECT_EQ(run.ctx.IterThres, 0);
 }
 
+TEST(ParseArgumetns, NumbersThatMakeNoSenseAreWarnedAbout) {
+  const struct {
+    const char* argument;
+    const char* used;
+  } cases[] = {
+      {"-me", "0"},
+      {"-menan", "0"},
+      {"-me-1", "-1"},
+      {"-me90.5", "90.5"},
+      {"-me1e300", "0"},
+      {"-btabc", "0"},
+      {"-bt-5", "-5"},
+      {"-bt1e300", "0"},
+      {"-blinf", "0"},
+      {"-bl-0.1", "-0.1"},
+      {"-ft-inf", "0"},
+      {"-ft-1e-9", "-1e-09"},
+      {"-mi", "0"},
+      {"-mi0", "0"},
+      {"-mi-3", "-3"},
+      {"-mi1001", "1000"},
+      {"-mi1e9", "1"},
+      {"-minan", "0"},
+      {"-mt-1", "-1"},
+      {"-mtinf", "0"},
+      {"-mtx", "0"},
+      {"-ii", "0"},
+      {"-iix", "0"},
+      {"-ii-1:00:00", "-3600"},
+      {"-ii00:00:1e9", "1e+09"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Parsed({c.argument}).text, Warning(std::string("NUMBER NOT SENSIBLE: ") + c.argument +
+                                                 " - USING " + c.used + "!"));
+}
+
+TEST(ParseArgumetns, NumbersAtTheirLimitsMakeSense) {
+  for (const char* argument :
+       {"-me0", "-me-0", "-me90", "-bt0", "-bl0.5", "-ft1e30", "-mi1", "-mi1000", "-mt0",
+        "-mt1e-300", "-ii00:00:00", "-ii99:59:60", "-ii24"})
+    EXPECT_EQ(Parsed({argument}).text, "") << argument;
+}
+
+TEST(ParseArgumetns, IterationsEnd) {
+  EXPECT_EQ(Parsed({"-mi2147483647"}).ctx.MaxIter, 1000);
+  EXPECT_EQ(Parsed({"-mi99999999999999999999"}).ctx.MaxIter, 1000);
+}
+
 TEST(ParseArgumetns, SettingsAreToldWithSixSignificantDigits) {
   EXPECT_EQ(Message("-me10.123456789"), Line("Minimum elevation angle: 10.1235!"));
   EXPECT_EQ(Message("-bt12"), Line("Threshold for blunder detection (correction vector v): 12!"));

@@ -4,6 +4,8 @@
 #include "support/StandingOrbits.h"
 #include "support/TinyRun.h"
 
+#include <cmath>
+
 namespace {
 
 const mjd kTime(55844, 3600);
@@ -93,6 +95,22 @@ TEST(EmissionPosition, BroadcastOrbitsComeFirst) {
   EXPECT_TRUE(run.Locate(105)); // slot 5
   EXPECT_TRUE(Near(run.position.GetX(), 25000e3L, 1));
   EXPECT_TRUE(Near(run.position.GetY(), 0, 1));
+}
+
+TEST(EmissionPosition, RecordThatMakesNoOrbitHasNone) {
+  for (const auto& [column, value] : {std::pair(10, 0.0L), std::pair(8, 1.5L),
+                                      std::pair(15, std::nanl("")), std::pair(0, HUGE_VALL)}) {
+    Sky run;
+    run.GpsBroadcast(7);
+    ASSERT_TRUE(run.Locate(7));
+    run.gpsBroadcast.gdata.data(0, column) = value;
+    EXPECT_FALSE(run.Locate(7)) << column;
+  }
+  Sky run;
+  run.GlonassBroadcast(5);
+  ASSERT_TRUE(run.Locate(105));
+  run.glonassBroadcast.rdata.data(0, 3) = 0; // in the centre of the Earth
+  EXPECT_FALSE(run.Locate(105));
 }
 
 TEST(EmissionPosition, IsTheOneOfTheTravelTimeBefore) {
