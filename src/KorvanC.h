@@ -196,8 +196,7 @@ public:
   long NUnkDCB = 0;             ///< unknown biases
   long NUnk = 0;                ///< all unknowns
 
-  // ---- Adjustment
-  // ---------------------------------------------------------------------------------
+  // ---- Adjustment -------------------------------------------------------------------------------
   matrix<bool> ifOP1C1;       ///< the record's P1-C1 took part
   matrix<bool> ifOP2C1;       ///< the record's P2-C1 took part
   matrix<bool> ifOL4;         ///< the record's L4 took part
@@ -215,6 +214,7 @@ public:
   long NObsR = 0;             ///< not counted, 0
   long NObsOutlG = 0;         ///< not counted, 0
   long NObsOutlR = 0;         ///< not counted, 0
+  long NInv = 0;              ///< inversions performed; equal matrices in a row take one
   int MaxIter = 10;           ///< iterations at most
   int IterDone = 0;           ///< iterations performed
   double IterThres = 0.005;   ///< [m] the norm of the correction ends the iteration below this

@@ -1,6 +1,7 @@
 #include "ProcIono.h"
 
 #include "KorvanC.h"
+#include "NormalInverse.h"
 #include "ObsEquation.h"
 #include "PROGINC/ProgramError.h"
 #include "Progress.h"
@@ -52,7 +53,8 @@ public:
   explicit Adjustment(KorvanC& ctx)
       : ctx_(ctx), usesP1C1_(ctx.ifCodeObs && ctx.rnxh.iPC1),
         usesP2C1_(ctx.ifCodeObs && ctx.rnxh.iPC4),
-        usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4), normal_{ctx.Nall, ctx.tall, ctx.vtPv} {}
+        usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4), normal_{ctx.Nall, ctx.tall, ctx.vtPv},
+        inverse_(ctx.QxxAll) {}
 
   /// Once, before the first iteration.
   void SelectRecords() {
@@ -302,7 +304,7 @@ private:
   }
 
   void Solve() {
-    ctx_.QxxAll = inv(ctx_.Nall);
+    if (inverse_.Update(ctx_.Nall)) ++ctx_.NInv;
     ctx_.xAll = ctx_.QxxAll * ctx_.tall;
     dcorr_ = PartNorm(ctx_.xAll, ctx_.NUnk);
     if (IsSingular() || !std::isfinite(dcorr_))
@@ -339,6 +341,7 @@ private:
   const bool usesP2C1_;
   const bool usesL4_;
   NormalEquations normal_;
+  NormalInverse inverse_;
   std::vector<UsedRecord> records_;
   long double dcorr_ = 0; ///< norm of the last correction
   long lastPercent_ = -1;

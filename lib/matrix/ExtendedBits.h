@@ -32,6 +32,11 @@ inline bool IsMinusZero(const long double& x) {
 /// Neither infinite nor a non-number.
 inline bool IsFinite(const long double& x) { return (SignAndExponent(x) & 0x7fff) != 0x7fff; }
 
+/// The same number to the last bit: -0 is not 0, and a non-number equals one of its own bits.
+inline bool SameNumber(const long double& x, const long double& y) {
+  return Significand(x) == Significand(y) && SignAndExponent(x) == SignAndExponent(y);
+}
+
 /// to = from
 inline void CopyNumber(long double& to, const long double& from) {
   std::memcpy(&to, &from, sizeof to);

@@ -351,6 +351,43 @@ TEST(ProcIono, ResidualAtTheThresholdStays) {
   EXPECT_EQ(run.ctx.NObsOutl, 0);
 }
 
+// ---- Inversions ------------------------------------------------------------------------------
+
+TEST(ProcIono, IterationsWithOneNormalMatrixInvertItOnce) {
+  HandSolved run;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.IterDone, 2);
+  EXPECT_EQ(run.ctx.NInv, 1);
+}
+
+TEST(ProcIono, EliminationThatFindsNothingInvertsNothing) {
+  Pairs run(1, 3);
+  run.ctx.isThresBlunder = run.ctx.isThresBlunderL4 = true;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObsOutl, 0);
+  EXPECT_EQ(run.ctx.NInv, 1);
+}
+
+TEST(ProcIono, EliminationThatTakesSomethingOutInvertsOnceMore) {
+  Pairs run(1, 3, 4, 1, 30);
+  run.ctx.isThresBlunder = true;
+  run.ctx.ThresBlunder = 10;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObsOutl, 1);
+  EXPECT_EQ(run.ctx.NInv, 2);
+}
+
+TEST(ProcIono, MisclosureLimitThatBitesOtherwiseInvertsOnceMore) {
+  // 60 m exceeds 50 m in the first iteration; in the second, 15 m from the mean, it is used
+  Pairs run(1, 45, 4, 1, 60);
+  run.ctx.isMaxfDiff = true;
+  run.ctx.MaxfDiff = 50;
+  run.Adjust();
+  EXPECT_EQ(run.ctx.NObsOutl, 0);
+  EXPECT_EQ(run.ctx.IterDone, 3);
+  EXPECT_EQ(run.ctx.NInv, 2);
+}
+
 // ---- Selection -------------------------------------------------------------------------------
 
 TEST(ProcIono, RecordsAtTheCutOffAreNotUsed) {
