@@ -3,13 +3,15 @@
 include(GNUInstallDirs)
 find_program(ZENTA_GZIP gzip REQUIRED)
 
-# zenta_compressed(file source name): install(FILES) takes `file`, which is `source` as `name`.gz.
-function(zenta_compressed file source name)
+add_custom_target(zenta_compressed ALL)
+# zenta_compress(file source name): install(FILES) takes `file`, which is `source` as `name`.gz.
+function(zenta_compress file source name)
   set(compressed "${PROJECT_BINARY_DIR}/packaging/${name}.gz")
   add_custom_command(OUTPUT "${compressed}"
     COMMAND "${ZENTA_GZIP}" -9nc "${PROJECT_SOURCE_DIR}/${source}" > "${compressed}"
     DEPENDS "${PROJECT_SOURCE_DIR}/${source}" VERBATIM)
-  add_custom_target("compressed_${name}" ALL DEPENDS "${compressed}")
+  add_custom_target("compressed_${name}" DEPENDS "${compressed}")
+  add_dependencies(zenta_compressed "compressed_${name}")
   set(${file} "${compressed}" PARENT_SCOPE)
 endfunction()
 
@@ -20,16 +22,16 @@ if(ZENTA_TOOLS)
 endif()
 install(TARGETS ${commands} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 foreach(command IN LISTS commands)
-  zenta_compressed(page docs/man/${command}.1 ${command}.1)
+  zenta_compress(page docs/man/${command}.1 ${command}.1)
   install(FILES "${page}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
-zenta_compressed(news CHANGELOG.md changelog)
+zenta_compress(news CHANGELOG.md changelog)
 install(FILES README.md CITATION.cff "${news}" packaging/debian/copyright
   docs/FORMATS.md docs/MODEL.md docs/SIMULATOR.md docs/TUTORIAL.md
   DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 # What only a Debian package has, under names that lie in Debian's own places.
-zenta_compressed(history packaging/debian/changelog changelog.Debian)
+zenta_compress(history packaging/debian/changelog changelog.Debian)
 install(FILES "${history}" DESTINATION "share/doc/zenta" COMPONENT debian EXCLUDE_FROM_ALL)
 install(FILES packaging/debian/lintian-overrides DESTINATION "share/lintian/overrides" RENAME zenta
   COMPONENT debian EXCLUDE_FROM_ALL)
