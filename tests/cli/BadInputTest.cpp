@@ -1,43 +1,15 @@
-// Runs on input files that are empty, of another kind, cut off or full of noise.
-//
-// Whatever the file, the run ends by itself: with status 1 and a message, or with status 0 and a
-// report without a value that is not a number.
+// What a run says of input files that are empty, of another kind, cut off or full of noise.
+// tests/faults has every kind of fault.
 
-#include "support/Program.h"
+#include "support/InputKinds.h"
 
-#include <map>
 #include <random>
 
 namespace {
 
-/// An input of the run: its option, its sound file, and the orbits beside it.
-struct Input {
-  const char* option;
-  const char* file;
-  bool precise; ///< run on precise orbits, else on broadcast ones
-};
-
-constexpr Input kObservations = {"-r", "obs", true};
-constexpr Input kGpsNavigation = {"-eg", "gnav", false};
-constexpr Input kGlonassNavigation = {"-er", "rnav", false};
-constexpr Input kGpsPrecise = {"-es", "sp3", true};
-constexpr Input kGlonassPrecise = {"-el", "sp3", true};
-constexpr Input kChannels = {"-gf", "channels", true};
-constexpr Input kP1P2 = {"-cb1", "p1p2", true};
-constexpr Input kP1C1 = {"-cb2", "p1c1", true};
-constexpr Input kP2C2 = {"-cb3", "p2c2", true};
-constexpr Input kClock = {"-cf", "clock", true};
-constexpr Input kMultipath1 = {"-mp1", "mp1", true};
-constexpr Input kMultipath2 = {"-mp2", "mp2", true};
-constexpr Input kReceivers = {"-ct", "receivers", true};
-constexpr Input kCoordinates = {"-ac", "coordinates", true};
-
 std::string Error(const std::string& text) {
   return "\n**** Zenta: Error -> " + text + " ****\n     Exiting Zenta ... \n\n";
 }
-
-/// What a faulty file holds instead of the sound \p text.
-using Faults = std::map<std::string, std::string>;
 
 std::string Replaced(std::string text, const std::string& what, const std::string& with) {
   for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size())
@@ -52,95 +24,25 @@ std::string Noise(std::size_t n) {
   return text;
 }
 
-Faults FaultsOf(const std::string& text) {
-  Faults faults = {
-      {"one line end", "\n"},
-      {"binary", Noise(5000)},
-      {"zero bytes", std::string(5000, '\0')},
-      {"letters", std::string(5000, 'x')},
-      {"endless numbers", Replaced(std::string(500, '9'), "9", "99999999 -1 ")},
-      {"header without its end", Replaced(text, "END OF HEADER", "END OF         ")},
-      {"long lines", Replaced(text, "\n", std::string(600, ' ') + "\n")},
-      {"one long line", Replaced(text, "\n", " ")},
-      {"every line twice", ""},
-      {"words for numbers", Replaced(Replaced(text, "0.", "nan"), "1.", "inf")},
-      {"huge numbers", Replaced(text, "0.", "9999999999.")},
-      {"nines", Replaced(Replaced(Replaced(text, "0", "9"), "1", "9"), "2", "9")},
-      {"minus signs", Replaced(text, " 1", "-1")},
-  };
-  std::string& twice = faults["every line twice"];
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
-    twice += text.substr(at, end - at) + text.substr(at, end - at);
-    at = end;
-  }
-  constexpr std::size_t kCuts = 16;
-  for (std::size_t k = 1; k < kCuts; ++k)
-    faults["cut at " + std::to_string(k) + "/16"] = text.substr(0, text.size() * k / kCuts);
-  for (std::size_t n : {1, 2, 79, 100})
-    faults["cut by " + std::to_string(n)] = text.substr(0, text.size() - std::min(n, text.size()));
-  return faults;
-}
-
 class BadInputTest : public ProgramTest {
 protected:
   /// A run with every kind of input, "bad" in place of the one of \p input.
-  Outcome RunWith(const Input& input) const {
-    Arguments arguments = Delays({"-me10"});
-    for (const Input& other : {kObservations, kGpsNavigation, kGlonassNavigation, kGpsPrecise,
-                               kGlonassPrecise, kChannels, kP1P2, kP1C1, kP2C2, kClock, kMultipath1,
-                               kMultipath2, kReceivers, kCoordinates}) {
-      const bool broadcast =
-          other.option == kGpsNavigation.option || other.option == kGlonassNavigation.option;
-      const bool orbits =
-          broadcast || other.option == kGpsPrecise.option || other.option == kGlonassPrecise.option;
-      if (orbits && broadcast == input.precise) continue;
-      const bool same = std::string(other.option) == input.option;
-      arguments.push_back(std::string(other.option) + (same ? "bad" : other.file));
-    }
-    return Zenta(arguments);
+  Outcome RunWith(const InputKind& input) const {
+    return Zenta(With(Delays({"-me10"}), WithInput(input, "bad")));
   }
-  Outcome RunWith(const Input& input, const std::string& text) const {
+  Outcome RunWith(const InputKind& input, const std::string& text) const {
     folder.Write("bad", text);
     return RunWith(input);
   }
 
-  /// Every fault ends the run in good order.
-  /// \param mayBeSilent  a fault of which status 1 alone tells
-  void ExpectGoodEnds(const Input& input, bool (*mayBeSilent)(const std::string& fault) = nullptr) {
-    const std::string sound = File(input.file);
-    ASSERT_FALSE(sound.empty());
-    for (const auto& [fault, text] : FaultsOf(sound)) {
-      const Outcome o = RunWith(input, text);
-      ExpectGoodEnd(o, fault, mayBeSilent && mayBeSilent(fault));
-    }
-  }
-  static void ExpectGoodEnd(const Outcome& o, const std::string& fault, bool maybeSilent = false) {
-    SCOPED_TRACE(fault);
-    EXPECT_FALSE(o.timedOut);
-    EXPECT_EQ(o.signal, 0);
-    ASSERT_TRUE(o.status == 0 || o.status == 1) << o;
-    if (o.status == 1) {
-      const std::string all = o.out + o.err;
-      EXPECT_TRUE(maybeSilent || all.find("Error -> ") != std::string::npos ||
-                  all.find("MATRIX::ERROR:") != std::string::npos)
-          << o;
-      EXPECT_EQ(all.find("SUCCESFULLY"), std::string::npos);
-      return;
-    }
-    EXPECT_NE(o.out.find("DCB VALUES AND IONOSPHERE DELAY - RESULTS"), std::string::npos) << o;
-    for (const char* word : {"nan", "inf"})
-      EXPECT_EQ(From(o.out, "ESTIMATION OF").find(word), std::string::npos) << o;
-  }
-
   /// An empty file and a directory end the run with this text on standard error.
-  void ExpectEmptyError(const Input& input, const std::string& text) {
+  void ExpectEmptyError(const InputKind& input, const std::string& text) {
     EXPECT_EQ(RunWith(input, "").err, Error(text));
     const Outcome directory = RunWithDirectory(input);
     EXPECT_EQ(directory.err, Error(text));
     EXPECT_EQ(directory.status, 1);
   }
-  Outcome RunWithDirectory(const Input& input) const {
+  Outcome RunWithDirectory(const InputKind& input) const {
     std::filesystem::remove(folder.Name("bad"));
     std::filesystem::create_directory(folder.Name("bad"));
     const Outcome o = RunWith(input);
@@ -151,16 +53,14 @@ protected:
 
 TEST_F(BadInputTest, SoundFilesPass) {
   for (const bool precise : {true, false}) {
-    const Outcome o = RunWith({"-none", "", precise});
+    const Outcome o = Zenta(With(Delays({"-me10"}), WithInput({"", "-none", "", precise}, "")));
     EXPECT_EQ(o.status, 0) << o;
     EXPECT_EQ(o.err, "");
   }
 }
 
 TEST_F(BadInputTest, CarriageReturnsChangeNothing) {
-  for (const Input& input :
-       {kObservations, kGpsNavigation, kGlonassNavigation, kGpsPrecise, kGlonassPrecise, kChannels,
-        kP1P2, kP1C1, kP2C2, kClock, kMultipath1, kMultipath2, kReceivers, kCoordinates}) {
+  for (const InputKind& input : kInputKinds) {
     const std::string title = "PROCESSING SETTINGS USED:";
     const Outcome unix = RunWith(input, File(input.file));
     const Outcome dos = RunWith(input, Replaced(File(input.file), "\n", "\r\n"));
@@ -172,11 +72,6 @@ TEST_F(BadInputTest, CarriageReturnsChangeNothing) {
 
 // ---- Observations
 // --------------------------------------------------------------------------------
-
-TEST_F(BadInputTest, ObservationsEndInGoodOrder) {
-  // A file that ends among the observations of an epoch ends the run without a message.
-  ExpectGoodEnds(kObservations, [](const std::string& fault) { return fault.starts_with("cut"); });
-}
 
 TEST_F(BadInputTest, ObservationsWithoutEpochsAreTold) {
   const std::string text = "\n#### RINEXData: Error -> NUMBER OF EPOCH IN RINEX FILE NOT "
@@ -221,11 +116,6 @@ TEST_F(BadInputTest, HeaderWithoutPositionIsNoPosition) {
 }
 
 // ---- Orbits ------------------------------------------------------------------------------------
-
-TEST_F(BadInputTest, GpsNavigationEndsInGoodOrder) { ExpectGoodEnds(kGpsNavigation); }
-TEST_F(BadInputTest, GlonassNavigationEndsInGoodOrder) { ExpectGoodEnds(kGlonassNavigation); }
-TEST_F(BadInputTest, GpsPreciseOrbitsEndInGoodOrder) { ExpectGoodEnds(kGpsPrecise); }
-TEST_F(BadInputTest, GlonassPreciseOrbitsEndInGoodOrder) { ExpectGoodEnds(kGlonassPrecise); }
 
 TEST_F(BadInputTest, NavigationWithoutRecordsIsTold) {
   for (const auto& [input, name] : {std::pair(kGpsNavigation, std::string("GPSbEphData")),
@@ -281,19 +171,9 @@ TEST_F(BadInputTest, PreciseOrbitsCutOffGiveWhatTheyHold) {
 
 // ---- Lists -------------------------------------------------------------------------------------
 
-TEST_F(BadInputTest, ChannelsEndInGoodOrder) { ExpectGoodEnds(kChannels); }
-TEST_F(BadInputTest, P1P2BiasesEndInGoodOrder) { ExpectGoodEnds(kP1P2); }
-TEST_F(BadInputTest, P1C1BiasesEndInGoodOrder) { ExpectGoodEnds(kP1C1); }
-TEST_F(BadInputTest, P2C2BiasesEndInGoodOrder) { ExpectGoodEnds(kP2C2); }
-TEST_F(BadInputTest, ReceiverClockEndsInGoodOrder) { ExpectGoodEnds(kClock); }
-TEST_F(BadInputTest, FirstMultipathEndsInGoodOrder) { ExpectGoodEnds(kMultipath1); }
-TEST_F(BadInputTest, SecondMultipathEndsInGoodOrder) { ExpectGoodEnds(kMultipath2); }
-TEST_F(BadInputTest, ReceiverListEndsInGoodOrder) { ExpectGoodEnds(kReceivers); }
-TEST_F(BadInputTest, CoordinatesEndInGoodOrder) { ExpectGoodEnds(kCoordinates); }
-
 TEST_F(BadInputTest, ListsWithoutEntriesAreWarnedAbout) {
   const struct {
-    Input input;
+    InputKind input;
     std::string warning;
   } cases[] = {
       {kChannels,
@@ -315,7 +195,7 @@ TEST_F(BadInputTest, ListsWithoutEntriesAreWarnedAbout) {
 
 TEST_F(BadInputTest, BiasesThatNobodyReadsAreNotWarnedAbout) {
   // P2-C2 is not applied, and a P1P2 receiver needs no P1-C1.
-  for (const Input& input : {kP1C1, kP2C2}) {
+  for (const InputKind& input : {kP1C1, kP2C2}) {
     const Outcome o = RunWith(input, "");
     EXPECT_EQ(o.status, 0);
     EXPECT_EQ(o.err, "");
@@ -332,7 +212,7 @@ TEST_F(BadInputTest, ClockOfOtherEpochsIsTold) {
 }
 
 TEST_F(BadInputTest, MultipathOfAnotherFormatIsTold) {
-  for (const Input& input : {kMultipath1, kMultipath2}) {
+  for (const InputKind& input : {kMultipath1, kMultipath2}) {
     const std::string text = "TEQC COMPACT FILE IS NOT WRITTEN IN VERSION COMPACT2!";
     ExpectEmptyError(input, text);
     EXPECT_EQ(RunWith(input, Replaced(File("mp1"), "COMPACT2", "COMPACT3")).err, Error(text));

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <chrono>
 #include <fcntl.h>
+#include <functional>
 #include <signal.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -20,6 +22,7 @@ struct Outcome {
   int status = -1;       ///< exit status; -1 when it did not exit by itself
   int signal = 0;        ///< that ended it
   bool timedOut = false; ///< killed, as it took too long
+  long peak = 0;         ///< [KiB] of memory, at the most
 };
 
 /// Readable in a failed test.
@@ -39,6 +42,8 @@ struct Start {
   std::string name = "zenta"; ///< its argument 0
   std::string folder = ".";   ///< its working directory
   int seconds = 60;           ///< it is killed after this time
+  /// Called in the child when its streams and folder are in place.
+  std::function<void()> prepare = [] {};
 };
 
 /// Runs a command to its end.
@@ -56,23 +61,26 @@ inline Outcome RunCommand(const Start& start, const std::vector<std::string>& ar
     const int err = open(errName.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (dup2(out, STDOUT_FILENO) < 0 || dup2(err, STDERR_FILENO) < 0) _exit(126);
     if (chdir(start.folder.c_str()) != 0) _exit(126);
+    start.prepare();
     execv(start.program.c_str(), argv.data());
     _exit(127);
   }
   Outcome outcome;
   int state = 0;
+  rusage usage = {};
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(start.seconds);
-  while (waitpid(child, &state, WNOHANG) == 0) {
+  while (wait4(child, &state, WNOHANG, &usage) == 0) {
     if (std::chrono::steady_clock::now() > end) {
       outcome.timedOut = true;
       kill(child, SIGKILL);
-      waitpid(child, &state, 0);
+      wait4(child, &state, 0, &usage);
       break;
     }
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    std::this_thread::sleep_for(std::chrono::microseconds(300));
   }
   if (WIFEXITED(state)) outcome.status = WEXITSTATUS(state);
   if (WIFSIGNALED(state)) outcome.signal = WTERMSIG(state);
+  outcome.peak = usage.ru_maxrss;
   outcome.out = ReadWhole(outName);
   outcome.err = ReadWhole(errName);
   return outcome;
