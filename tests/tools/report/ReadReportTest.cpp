@@ -1,7 +1,6 @@
 #include "report/ReadReport.h"
 
-#include "tools/report/Refused.h"
-#include "tools/report/Reports.h"
+#include "tools/report/Cuts.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -19,26 +18,8 @@ std::string RefusalOfText(const std::string& text) {
   return RefusalOf([&] { ReadReport("r", text); });
 }
 
-/// Whether \p line opens a section that a shorter run does without.
-bool OpensLastSection(const std::string& line) {
-  return line == "PRINTING OF RESIDUALS:\n" ||
-         line == "ESTIMATION OF EPOCH TO EPOCH IONOSPHERIC DELAY:\n";
-}
-
 TEST_P(EveryReport, CutBeforeAnyLineIsRefusedAtThatLine) {
-  const std::vector<std::string> lines = LinesOf(ReportText(GetParam()));
-  std::string text;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const std::string refusal = RefusalOfText(text);
-    if (OpensLastSection(lines[i])) {
-      EXPECT_EQ(refusal, "") << "whole as far as it goes";
-    } else {
-      EXPECT_TRUE(refusal.starts_with("r:" + std::to_string(i + 1) + ": expected ")) << refusal;
-      EXPECT_NE(refusal.find("the report is cut"), std::string::npos) << refusal;
-    }
-    text += lines[i];
-  }
-  EXPECT_EQ(RefusalOfText(text), "");
+  ExpectEveryCutRefused(ReportText(GetParam()));
 }
 
 TEST_P(EveryReport, CutWithinAnyLineIsRefused) {
