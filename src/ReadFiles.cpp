@@ -1,8 +1,12 @@
 #include "ReadFiles.h"
 
 #include "KorvanC.h"
+#include "PROGINC/DecimalComma.h"
+#include "PROGINC/InputInWork.h"
+#include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
 
+#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -18,62 +22,91 @@ void Set(const KorvanC& ctx, bool inUse, Reader& reader, const char* name, const
   if (ctx.verbose) std::cerr << kSet << message << '\n';
 }
 
+// Their numbers would be read up to the comma. What is no regular file can't be read twice.
+void RefuseDecimalCommas(const char* name) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(name, error)) return;
+  if (!HasDecimalCommas(LineSource::FromFile(name).Rest())) return;
+  ProgramError("Zenta", ("DECIMAL COMMAS IN INPUT FILE " + std::string(name) + "!").c_str());
+}
+
 /// Reads a file in use. \returns whether its progress line is due.
-template <typename Reader> bool Read(const KorvanC& ctx, bool inUse, Reader& reader) {
+template <typename Reader>
+bool Read(const KorvanC& ctx, bool inUse, const char* name, Reader& reader) {
   if (!inUse) return false;
+  const InputInWork file(name);
   reader.ReadFile();
   return ctx.verbose;
 }
 
+/// As above, for files of decimal numbers whose reader takes any.
+template <typename Reader>
+bool ReadDecimals(const KorvanC& ctx, bool inUse, const char* name, Reader& reader) {
+  if (inUse) RefuseDecimalCommas(name);
+  return Read(ctx, inUse, name, reader);
+}
+
 void ReadObservations(KorvanC& ctx) {
-  if (!Read(ctx, ctx.isRnx, ctx.rnx)) return;
+  if (!Read(ctx, ctx.isRnx, ctx.rnxfile, ctx.rnx)) return;
   std::cerr << kRead << "reading RINEX file - " << ctx.rnxd.GetNEpoch() << " epochs, "
             << ctx.rnxd.GetNObs() << " C1 observations, " << ctx.rnxh.GetNObs() << " obs types\n";
 }
 
 void ReadClock(KorvanC& ctx) {
-  if (!Read(ctx, ctx.isClkFile, ctx.clkerr)) return;
+  if (!ReadDecimals(ctx, ctx.isClkFile, ctx.clkfile, ctx.clkerr)) return;
   std::cerr << kRead << "reading RECEIVER CLOCK file - " << ctx.clkerr.GetNEpoch() << " epochs!\n";
 }
 
 // These two lines carry the prefix of the stage before; logs are searched for it.
-void ReadMultipath(const KorvanC& ctx, bool inUse, CompactTEQC& reader, const char* code) {
-  if (!Read(ctx, inUse, reader)) return;
+void ReadMultipath(const KorvanC& ctx, bool inUse, CompactTEQC& reader, const char* name,
+                   const char* code) {
+  if (!ReadDecimals(ctx, inUse, name, reader)) return;
   std::cerr << kSet << "reading MULTIPATH ON " << code << " file - " << reader.NEph() << " epochs "
             << reader.NObs() << " observations\n";
 }
 
 template <typename Orbits>
-void ReadBroadcast(const KorvanC& ctx, bool inUse, Orbits& reader, const char* system) {
-  if (!Read(ctx, inUse, reader)) return;
+void ReadBroadcast(const KorvanC& ctx, bool inUse, Orbits& reader, const char* name,
+                   const char* system) {
+  if (!ReadDecimals(ctx, inUse, name, reader)) return;
   std::cerr << kRead << "reading " << system << " NAVIGATION file - " << reader.GetNSat()
             << " records\n";
 }
 
+/// What a file of precise orbits lacks, empty where nothing.
+std::string LackOf(const GNSSpEph& reader) {
+  if (reader.GetNEpoch() <= 0 || reader.GetNSatList() <= 0) return "HOLDS NO ORBITS";
+  if (!reader.IsWhole()) return "ENDS BEFORE ITS LAST EPOCH";
+  if (!reader.HasNodes()) return "HOLDS TOO FEW EPOCHS";
+  return {};
+}
+
 // The reader takes any file for one that was cut off; this is the place that knows its name.
-void WarnWithoutOrbits(const GNSSpEph& reader, const char* name, const char* system) {
-  if (reader.GetNEpoch() > 0 && reader.GetNSatList() > 0) return;
+void WarnOfLack(const GNSSpEph& reader, const char* name, const char* system) {
+  const std::string lack = LackOf(reader);
+  if (lack.empty()) return;
   const std::string text =
-      std::string(system) + " PRECISE EPHEMERIS FILE HOLDS NO ORBITS: " + name + "!";
+      std::string(system) + " PRECISE EPHEMERIS FILE " + lack + ": " + name + "!";
   ProgramWarning("Zenta", text.c_str());
 }
 
 void ReadPrecise(const KorvanC& ctx, bool inUse, GNSSpEph& reader, const char* name,
                  const char* system) {
   if (!inUse) return;
-  if (Read(ctx, inUse, reader))
+  if (ReadDecimals(ctx, inUse, name, reader))
     std::cerr << kRead << "reading " << system << " PRECISE EPHEMERIS file - " << reader.GetNEpoch()
               << " epochs " << reader.GetNSatList() << " satellites\n";
-  WarnWithoutOrbits(reader, name, system);
+  WarnOfLack(reader, name, system);
 }
 
 void ReadChannels(KorvanC& ctx) {
-  if (Read(ctx, ctx.isGLNfrch, ctx.glnfc))
+  if (Read(ctx, ctx.isGLNfrch, ctx.glnfreqch, ctx.glnfc))
     std::cerr << kRead << "reading GLONASS FREQUENCY CHANNEL file\n";
 }
 
-void ReadBiases(const KorvanC& ctx, bool inUse, DCB& reader, const char* kind) {
-  if (Read(ctx, inUse, reader)) std::cerr << kRead << "reading " << kind << " DCB file!\n";
+void ReadBiases(const KorvanC& ctx, bool inUse, DCB& reader, const char* name, const char* kind) {
+  if (ReadDecimals(ctx, inUse, name, reader))
+    std::cerr << kRead << "reading " << kind << " DCB file!\n";
 }
 
 } // namespace
@@ -101,14 +134,14 @@ void ReadFiles(KorvanC& ctx) {
   if (ctx.verbose) std::cerr << "Zenta::ReadFiles(): READING INPUT DATA FILES!\n";
   ReadObservations(ctx);
   ReadClock(ctx);
-  ReadMultipath(ctx, ctx.isMP1, ctx.mp1, "C1/P1");
-  ReadMultipath(ctx, ctx.isMP2, ctx.mp2, "P2");
-  ReadBroadcast(ctx, ctx.isGPSnav, ctx.gpsnav, "GPS");
-  ReadBroadcast(ctx, ctx.isGLNnav, ctx.glnnav, "GLONASS");
+  ReadMultipath(ctx, ctx.isMP1, ctx.mp1, ctx.mp1file, "C1/P1");
+  ReadMultipath(ctx, ctx.isMP2, ctx.mp2, ctx.mp2file, "P2");
+  ReadBroadcast(ctx, ctx.isGPSnav, ctx.gpsnav, ctx.gnavfile, "GPS");
+  ReadBroadcast(ctx, ctx.isGLNnav, ctx.glnnav, ctx.rnavfile, "GLONASS");
   ReadPrecise(ctx, ctx.isGpEph, ctx.pephG, ctx.gsp3file, "GPS");
   ReadPrecise(ctx, ctx.isRpEph, ctx.pephR, ctx.rsp3file, "GLONASS");
   ReadChannels(ctx);
-  ReadBiases(ctx, ctx.isP1P2, ctx.p1p2, "P1P2");
-  ReadBiases(ctx, ctx.isP1C1, ctx.p1c1, "P1C1");
-  ReadBiases(ctx, ctx.isP2C2, ctx.p2c2, "P2C2");
+  ReadBiases(ctx, ctx.isP1P2, ctx.p1p2, ctx.dcbp1p2file, "P1P2");
+  ReadBiases(ctx, ctx.isP1C1, ctx.p1c1, ctx.dcbp1c1file, "P1C1");
+  ReadBiases(ctx, ctx.isP2C2, ctx.p2c2, ctx.dcbp2c2file, "P2C2");
 }

@@ -89,6 +89,10 @@ public:
 
   /// Epochs of the header.
   int GetNEpoch() const { return nepoch; }
+  /// The file has every line of every epoch that its header announces.
+  bool IsWhole() const { return isWhole; }
+  /// It has the epochs that an interpolation needs.
+  bool HasNodes() const { return nepoch >= 2 * nPtsPos; }
   /// Satellites of the header.
   short GetNSat() const { return nsat; }
   /// Length of the list of satellites.
@@ -159,6 +163,7 @@ private:
   long double interval = 0;             ///< [s] between epochs
   long double posBase = 0;              ///< base of the position exponents
   long double clkBase = 0;              ///< base of the clock exponents
+  bool isWhole = false;                 ///< no line was missing
   int nPtsPos = 7;                      ///< half the nodes of a position
   int nPtsTime = 2;                     ///< half the nodes of a clock
   matrix<long double> Lfact;            ///< Lagrange denominators of the positions, in hours

@@ -1,6 +1,7 @@
 #include "ClassMessage.h"
 
 #include "PROGINC/EndProgram.h"
+#include "PROGINC/InputInWork.h"
 #include "PROGINC/WarningCount.h"
 
 #include <iostream>
@@ -19,5 +20,6 @@ void ClassError(const char* name, char mark, const char* text) {
             << frame << " " << name << ": Error -> " << text << " " << frame << "\n     Exiting "
             << name << " ... \n\n"
             << std::flush;
+  InputInWork::Report();
   EndProgram();
 }

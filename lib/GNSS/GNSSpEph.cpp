@@ -216,6 +216,7 @@ void GNSSpEph::ReadFileData(LineSource& source) {
     }
     StartEpoch += interval;
   }
+  isWhole = !source.Failed();
 }
 
 void GNSSpEph::ReadRecord(std::string_view line, long record) {

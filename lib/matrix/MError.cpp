@@ -1,6 +1,7 @@
 #include "matrix/MError.h"
 
 #include "PROGINC/EndProgram.h"
+#include "PROGINC/InputInWork.h"
 
 #include <iomanip>
 #include <iostream>
@@ -21,6 +22,7 @@ void WriteFrame() { std::cout << kFrame << '\n'; }
 [[noreturn]] void CloseError() {
   WriteFrame();
   std::cout << "Exiting program..." << std::endl << std::endl;
+  InputInWork::Report();
   EndProgram();
 }
 

@@ -1,11 +1,13 @@
 #include "ReadFiles.h"
 
 #include "support/Captured.h"
+#include "support/Ends.h"
 #include "support/Files.h"
 #include "support/Near.h"
 #include "support/TinyInputs.h"
 #include "support/TinyRun.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -46,6 +48,10 @@ protected:
     EXPECT_EQ(out.Text(), "");
     return errors.Text().substr(setting.size());
   }
+  void Read() {
+    SetFiles(run.ctx);
+    ReadFiles(run.ctx);
+  }
   const ScratchFolder folder;
   TinyRun run;
   std::string setting; ///< by SetFiles
@@ -53,6 +59,7 @@ protected:
 
 using SetFilesTest = Inputs;
 using ReadFilesTest = Inputs;
+using ReadFilesDeathTest = Inputs;
 
 TEST_F(SetFilesTest, NothingNamedNothingSet) {
   EXPECT_EQ(SetAndRead(), "");
@@ -176,6 +183,43 @@ TEST_F(ReadFilesTest, PreciseOrbitsCutBehindTheFirstLineAreNamedInAWarning) {
   folder.Write("cut.sp3", text.substr(0, text.find('\n') + 1)); // 25 epochs, no satellites
   Name(run.ctx.gsp3file, run.ctx.isGpEph, "cut.sp3");
   EXPECT_NE(SetAndRead().find("GPS PRECISE EPHEMERIS FILE HOLDS NO ORBITS"), std::string::npos);
+}
+
+TEST_F(ReadFilesTest, PreciseOrbitsThatLackALineAreNamedInAWarning) {
+  const std::string text = TinyInputs().PreciseOrbits();
+  const std::size_t lastLine = text.rfind("\nP") + 1; // EOF follows
+  const std::string name = folder.Write("cut.sp3", text.substr(0, lastLine));
+  Name(run.ctx.gsp3file, run.ctx.isGpEph, "cut.sp3");
+  EXPECT_EQ(SetAndRead(),
+            "\n#### Zenta: Warning -> GPS PRECISE EPHEMERIS FILE ENDS BEFORE ITS LAST EPOCH: " +
+                name + "! ####\n     Continuing Zenta ... \n\n");
+}
+
+TEST_F(ReadFilesTest, PreciseOrbitsOfLessEpochsThanNodesAreNamedInAWarning) {
+  std::string text = TinyInputs().PreciseOrbits();
+  for (const int epochs : {13, 14}) {
+    const std::string number = std::to_string(epochs);
+    text.replace(37, 2, number);
+    folder.Write("few.sp3", text);
+    Name(run.ctx.rsp3file, run.ctx.isRpEph, "few.sp3");
+    EXPECT_EQ(SetAndRead().find("GLONASS PRECISE EPHEMERIS FILE HOLDS TOO FEW EPOCHS") !=
+                  std::string::npos,
+              epochs == 13);
+  }
+}
+
+TEST_F(ReadFilesDeathTest, DecimalCommasEndTheProgram) {
+  std::string text = TinyInputs().GpsNavigation();
+  std::replace(text.begin(), text.end(), '.', ',');
+  folder.Write("commas", text);
+  Name(run.ctx.gnavfile, run.ctx.isGPSnav, "commas");
+  EXPECT_ENDS(Read(), "Error -> DECIMAL COMMAS IN INPUT FILE .*commas! ");
+}
+
+TEST_F(ReadFilesDeathTest, FatalReportsOfValuesNameTheFile) {
+  folder.Write("day.clk", "END OF HEADER\n55844 86400.0 0.0\n");
+  Name(run.ctx.clkfile, run.ctx.isClkFile, "day.clk");
+  EXPECT_ENDS(Read(), "SECOND not valid(.|\n)*INPUT FILE NOT VALID: .*day.clk! ");
 }
 
 } // namespace

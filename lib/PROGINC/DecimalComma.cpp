@@ -1,0 +1,18 @@
+#include "PROGINC/DecimalComma.h"
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool StandsBetweenDigits(char mark, std::string_view text) {
+  for (std::size_t at = text.find(mark); at != std::string_view::npos; at = text.find(mark, at + 1))
+    if (at > 0 && at + 1 < text.size() && IsDigit(text[at - 1]) && IsDigit(text[at + 1]))
+      return true;
+  return false;
+}
+
+} // namespace
+
+bool HasDecimalCommas(std::string_view text) {
+  return StandsBetweenDigits(',', text) && !StandsBetweenDigits('.', text);
+}
