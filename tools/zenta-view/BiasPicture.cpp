@@ -46,22 +46,32 @@ std::string Rows(const std::vector<Column>& columns, bool p1c1, const char* colo
   return rows;
 }
 
-/// Both biases of the receiver beside each other.
-std::string ReceiverPanel(const Report& r) {
-  std::string rows;
-  if (r.receiverP1C1) rows += Row(0, *r.receiverP1C1);
-  if (r.receiverP2C1) rows += Row(1, *r.receiverP2C1);
-  return Block("receiver", rows) +
-         "set xrange [-0.7:1.7]\nset xtics ('receiver P1-C1' 0, 'receiver P2-C1' 1)\n"
-         "set ylabel 'ns' textcolor rgb '@ink@'\n"
-         "plot 0 with lines linecolor rgb '@shade@' linewidth 0.8 notitle, " +
-         PointsWithBars("receiver", "@gps@") + "\n";
+/// One bias of the receiver on an axis of its own, which its error bar fills in good part.
+std::string ReceiverPanel(const char* name, const Bias& b) {
+  const std::string block = name[1] == '1' ? "P1C1" : "P2C1";
+  return Block(block, Row(0, b)) +
+         fmt::format("set xrange [-1:1]\nset xtics ('receiver {}' 0)\nset offsets 0,0,graph "
+                     "0.5,graph 0.5\nset ylabel '{}, ns' textcolor rgb '@ink@'\nplot ",
+                     name, name) +
+         PointsWithBars(block, "@gps@") + "\n";
+}
+
+/// The biases of the receiver beside each other.
+std::string ReceiverPanels(const Report& r) {
+  std::string script = "set multiplot layout 1,2\n";
+  int panel = 0;
+  for (const auto& [name, bias] : {std::pair("P1-C1", r.receiverP1C1), {"P2-C1", r.receiverP2C1}}) {
+    if (!bias) continue;
+    script += fmt::format("set lmargin at screen {0}\nset rmargin at screen {0} + 0.385\n",
+                          0.1 + 0.5 * panel++) +
+              ReceiverPanel(name, *bias);
+  }
+  return script + "unset multiplot\n";
 }
 
 std::string Panel(const std::vector<Column>& columns, bool p1c1) {
   const char* name = p1c1 ? "P1C1" : "P2C1";
-  std::string script =
-      fmt::format("set ylabel '{}, ns' textcolor rgb '@ink@'\n", p1c1 ? "P1-C1" : "P2-C1");
+  std::string script = PanelLabel(p1c1 ? "P1-C1, ns" : "P2-C1, ns");
   std::string plots = "0 with lines linecolor rgb '@shade@' linewidth 0.8 notitle";
   int series = 0;
   for (const char* colour : {"@ink@", "@gps@", "@glonass@"}) {
@@ -86,7 +96,7 @@ std::optional<Picture> BiasPicture(const ViewData& data) {
   p.script = Frame() + "unset key\nset offsets 0,0,graph 0.08,graph 0.08\n";
   if (data.report.satellites.empty()) {
     p.height = 240;
-    p.script += ReceiverPanel(data.report);
+    p.script += ReceiverPanels(data.report);
     return p;
   }
   p.caption += " Satellite biases contain that of the receiver.";

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
+#include <limits>
 
 namespace view {
 
@@ -59,14 +60,25 @@ template <typename Value> std::string EpochRows(const Report& r, Value valueOf) 
   return rows;
 }
 
+/// What a picture shows from lowest to highest [m].
+struct Extent {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -low;
+  void Add(double value) {
+    if (!std::isfinite(value)) return;
+    low = std::min(low, value);
+    high = std::max(high, value);
+  }
+};
+
 /// A second axis in metres of delay beside that in TECU.
-std::string MetreAxis(const char* label) {
+std::string MetreAxis(const char* label, const Extent& shown) {
   return fmt::format(
-      "set link y2 via y*{0:.8f} inverse y/{0:.8f}\nset y2tics\nset format y2 '%.2f'\n"
+      "set link y2 via y*{0:.8f} inverse y/{0:.8f}\nset y2tics {2:g}\nset format y2 '%g'\n"
       "set border 11\nset rmargin at screen 0.9\n"
       "set offsets 0,0,graph 0.05,graph 0.05\n"
       "set y2label '{1}' textcolor rgb '@ink@'\n",
-      kMetresPerTECU, label);
+      kMetresPerTECU, label, RoundStep(shown.low, shown.high));
 }
 
 /// Rows of one gradient by interval: middle, value, error; and the steps.
@@ -95,19 +107,29 @@ std::optional<Picture> DelayPicture(const ViewData& data) {
       "Line: piece-wise linear delay with a band of three formal errors, joined between the "
       "nodes.";
   p.height = 400;
-  p.script = Frame() + TimeAxis(*span) + "set ylabel 'TECU' textcolor rgb '@ink@'\n" +
-             MetreAxis("m on GPS L1") + Block("line", IntervalRows(r, *span));
+  Extent shown;
+  for (std::size_t i = 0; i < r.intervals.size(); ++i) {
+    const Interval& piece = r.intervals[i];
+    shown.Add(piece.delay.value);
+    shown.Add(piece.delay.value + piece.rate.value * HoursOf(r, i, *span));
+  }
+  if (r.epochs)
+    for (const EpochDelay& e : *r.epochs) shown.Add(e.delay.value);
+  p.script = Frame() + TimeAxis(*span) +
+             "set ylabel 'vertical delay, TECU' textcolor rgb '@ink@'\n" +
+             MetreAxis("m on GPS L1", shown) + Block("line", IntervalRows(r, *span));
   std::string plots;
   if (r.epochs && !r.epochs->empty()) {
     p.caption += " Behind it, the delay of every epoch alone, in a band of one formal error.";
     p.script += Block("epochs", EpochRows(r, [](const EpochDelay& e) { return e.delay; }));
-    plots =
-        "$epochs using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@glonass@' fill solid "
-        "0.3 noborder title 'epoch by epoch', "
-        "$epochs using 1:2 with lines linewidth 0.8 linecolor rgb '@glonass@' notitle, ";
+    plots = "$epochs using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@glonass@' fill "
+            "transparent solid "
+            "0.3 noborder title 'epoch by epoch', "
+            "$epochs using 1:2 with lines linewidth 0.8 linecolor rgb '@glonass@' notitle, ";
   }
   p.script += "plot " + plots +
-              "$line using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@band@' fill solid "
+              "$line using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@band@' fill "
+              "transparent solid "
               "0.6 noborder notitle, "
               "$line using 1:2 with lines linewidth 2 linecolor rgb '@gps@' title 'by interval'\n";
   return p;
@@ -119,8 +141,10 @@ std::optional<Picture> RatePicture(const ViewData& data) {
   if (r.intervals.empty() || !span) return {};
   std::string steps;
   std::string middles;
+  Extent shown;
   for (std::size_t i = 0; i < r.intervals.size(); ++i) {
     const Interval& p = r.intervals[i];
+    shown.Add(p.rate.value);
     const double half = (EndWithin(r, i, *span) - p.first) / 2;
     steps += Row(p.first, p.rate.value, p.rate.sigma, kBand);
     steps += Row(EndWithin(r, i, *span), p.rate.value, p.rate.sigma, kBand) + "\n";
@@ -131,8 +155,9 @@ std::optional<Picture> RatePicture(const ViewData& data) {
   p.title = "Rate of the vertical delay";
   p.caption = "One rate for each interval; bars are three formal errors to either side.";
   p.height = 280;
-  p.script = Frame() + TimeAxis(*span) + "unset key\nset ylabel 'TECU/h' textcolor rgb '@ink@'\n" +
-             MetreAxis("m/h on GPS L1") + Block("steps", steps) + Block("middles", middles) +
+  p.script = Frame() + TimeAxis(*span) +
+             "unset key\nset ylabel 'rate, TECU/h' textcolor rgb '@ink@'\n" +
+             MetreAxis("m/h on GPS L1", shown) + Block("steps", steps) + Block("middles", middles) +
              "plot 0 with lines linecolor rgb '@shade@' linewidth 0.8, "
              "$steps using 1:2 with lines linewidth 2 linecolor rgb '@gps@' notitle, " +
              PointsWithBars("middles", "@gps@") + "\n";
@@ -153,7 +178,7 @@ std::optional<Picture> GradientPicture(const ViewData& data) {
   for (const bool east : {true, false}) {
     const std::string name = east ? "east" : "north";
     p.script += (east ? BareTimeAxis(*span) : TimeAxis(*span)) + (east ? "" : "unset key\n") +
-                fmt::format("set ylabel 'towards {}, TECU' textcolor rgb '@ink@'\n", name) +
+                PanelLabel("towards " + name + ", TECU") +
                 Block(name, GradientRows(r, *span, east));
     std::string plots;
     if (r.epochs && !r.epochs->empty()) {
@@ -166,7 +191,7 @@ std::optional<Picture> GradientPicture(const ViewData& data) {
     }
     p.script += fmt::format("plot 0 with lines linecolor rgb '@shade@' linewidth 0.8 notitle, {}"
                             "${} using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@band@' "
-                            "fill solid 0.6 noborder notitle, "
+                            "fill transparent solid 0.6 noborder notitle, "
                             "${} using 1:2 with lines linewidth 2 linecolor rgb '@gps@' title 'by "
                             "interval'\n",
                             plots, name, name);

@@ -32,7 +32,9 @@ a{color:var(--gps)}
 .card b{display:block;white-space:nowrap;font-size:1.25rem;line-height:1.3;font-weight:600}
 .card span{font-size:.875rem;opacity:.75}
 figure{margin:1rem 0 2rem}
-figure svg{display:block;width:100%;height:auto}
+figure{overflow-x:auto}
+figure svg{display:block;width:100%;min-width:38rem;height:auto}
+figure.narrow svg{min-width:30rem}
 figure svg text,figure svg tspan{font-family:inherit}
 figure.narrow{max-width:44rem}
 figcaption{font-size:.9rem;opacity:.8;max-width:46rem}
@@ -41,7 +43,7 @@ table{border-collapse:collapse;font-variant-numeric:tabular-nums;font-size:.9rem
 th,td{padding:.25rem .75rem;text-align:left;border-bottom:1px solid var(--faint);vertical-align:top}
 th{font-weight:600}
 td.n,th.n{text-align:right;white-space:nowrap}
-td.path{overflow-wrap:anywhere}
+td.path{overflow-wrap:anywhere;min-width:9rem}
 summary{cursor:pointer;padding:.25rem 0}
 footer{padding:2rem 1.25rem 3rem;font-size:.875rem;opacity:.75}
 @media print{nav{display:none}h2{break-after:avoid}figure{break-inside:avoid}}
@@ -78,7 +80,7 @@ private:
   std::string text_;
 };
 
-/// Key and value; the value is what file names stand in, so it may break.
+/// Key and value; the value may be broken anywhere, since file names stand in it.
 std::string Pairs(const std::vector<std::pair<std::string, std::string>>& pairs) {
   std::string text = "<div class=\"wide\"><table>\n";
   for (const auto& [key, value] : pairs)
@@ -135,7 +137,7 @@ std::string Cards(const Report& r) {
     text += Card(
         WithError(ToNanoseconds(r.receiverP2C1->value), ToNanoseconds(r.receiverP2C1->sigma), 2),
         "receiver DCB P2-C1, ns");
-  text += Card(Fixed(r.adjustment.Last().deviation, 3), "reference deviation");
+  text += Card(Fixed(r.adjustment.Last().deviation, 3), "reference deviation, m");
   text += Card(fmt::format("{}", r.statistics.outliers), "outliers taken out");
   return text + "</div>\n";
 }
@@ -277,7 +279,8 @@ std::string SettingsTable(const Settings& s) {
                 {"Code tracking", OrNone(s.files.codeTracking)},
                 {"Coordinates", OrNone(s.files.coordinates)},
                 {"Receiver clock", OrNone(s.files.clock)},
-                {"Multipath", OrNone(s.files.multipath1)}});
+                {"Multipath on C1/P1", OrNone(s.files.multipath1)},
+                {"Multipath on P2", OrNone(s.files.multipath2)}});
 }
 
 std::string StatisticsTable(const Report& r) {
@@ -291,17 +294,17 @@ std::string StatisticsTable(const Report& r) {
       {"Observations, counted over all iterations", fmt::format("{}", s.observations)},
       {"Outliers", fmt::format("{}", s.outliers)}};
   if (a.eliminated)
-    pairs.push_back(
-        {"Reference deviation before outliers were taken out", Fixed(a.iterated.deviation, 3)});
-  pairs.push_back({"Reference deviation", Fixed(a.Last().deviation, 3)});
+    pairs.push_back({"Reference deviation before outliers were taken out",
+                     Fixed(a.iterated.deviation, 3) + " m"});
+  pairs.push_back({"Reference deviation", Fixed(a.Last().deviation, 3) + " m"});
   return Pairs(pairs);
 }
 
 std::string ConventionList(const Report& r) {
   std::string text = "<div class=\"wide\"><table>\n";
   for (const Convention& c : ConventionsOf(r))
-    text += fmt::format("<tr><th>{}</th><td>{}</td></tr>\n", Escaped(ReplacedAll(c.key, "_", " ")),
-                        Escaped(c.text));
+    text += fmt::format("<tr><th>{}</th><td class=\"path\">{}</td></tr>\n",
+                        Escaped(ReplacedAll(c.key, "_", " ")), Escaped(c.text));
   return text + "</table></div>\n";
 }
 

@@ -78,16 +78,15 @@ int RunGnuplot(const std::string& script, const std::string& messages) {
 
 enum class Format { svg, png };
 
-const char* Ends(const Picture& p) { return p.roundEnds ? "rounded" : "butt"; }
-
+/// Lines with round ends: the points of Dots are lines without a length.
 std::string Terminal(const Picture& p, Format format) {
   if (format == Format::svg)
-    return fmt::format("set terminal svg size {},{} dynamic {} name \"{}\" background "
+    return fmt::format("set terminal svg size {},{} dynamic rounded name \"{}\" background "
                        "\"@paper@\" font \"sans-serif,13\"\n",
-                       p.width, p.height, Ends(p), p.name);
-  return fmt::format("set terminal pngcairo size {},{} {} background \"@paper@\" font "
+                       p.width, p.height, p.name);
+  return fmt::format("set terminal pngcairo size {},{} rounded background \"@paper@\" font "
                      "\"sans-serif,10\"\n",
-                     p.width, p.height, Ends(p));
+                     p.width, p.height);
 }
 
 /// What gnuplot makes of \p script.

@@ -14,8 +14,7 @@ struct Picture {
   std::string caption; ///< how to read it
   int width = 900;     ///< [pixel]
   int height = 360;
-  bool roundEnds = true; ///< of lines; points of Dots need them
-  std::string script;    ///< gnuplot commands behind the terminal's, colours as @role@
+  std::string script; ///< gnuplot commands behind the terminal's, colours as @role@
 };
 
 /// Draw with gnuplot. Where it is missing or fails, a Refusal says so.

@@ -69,8 +69,8 @@ std::map<Observable, double> LargestByObservable(const ResidualFile& file) {
 }
 
 std::string PanelFrame(Observable o, double limit) {
-  return fmt::format("set ylabel '{}, m' textcolor rgb '@ink@'\nset yrange [{:.6g}:{:.6g}]\n",
-                     NameOf(o), -limit, limit);
+  return PanelLabel(std::string(NameOf(o)) + ", m") +
+         fmt::format("set yrange [{:.6g}:{:.6g}]\n", -limit, limit);
 }
 
 Span SpanOfBlocks(const ResidualFile& file) {
@@ -190,10 +190,11 @@ std::string SkyFrame() {
       "border\nunset tics\nunset grid\nset key at screen 0.74,0.86 left top Left reverse "
       "spacing 1.3 vertical\nset lmargin at screen 0.02\nset rmargin at screen 0.7\nset tmargin at "
       "screen 0.99\nset bmargin at screen 0.01\n"
+      "set style textbox opaque margins 0.5,0.5 fillcolor rgb '@paper@' noborder\n"
       "set parametric\nset trange [0:2*pi]\nset samples 181\n";
   for (const int elevation : {0, 30, 60})
-    script += fmt::format("set label '{}°' at 2,{} textcolor rgb '@shade@'\n", elevation,
-                          90 - elevation - 5);
+    script += fmt::format("set label '{}°' at 0,{} center front boxed textcolor rgb '@ink@'\n",
+                          elevation, 90 - elevation);
   script += "set label 'N' at 0,98 center textcolor rgb '@ink@'\n"
             "set label 'E' at 98,0 center textcolor rgb '@ink@'\n"
             "set label 'S' at 0,-98 center textcolor rgb '@ink@'\n"
@@ -201,11 +202,18 @@ std::string SkyFrame() {
   return script;
 }
 
-/// Both ends of class \p c, in the unit of the scale.
+/// The unit that shows numbers up to \p scale [m] without leading zeros.
+struct Unit {
+  const char* name;
+  double perMetre;
+};
+Unit UnitFor(double scale) { return scale < 0.1 ? Unit{"mm", 1000} : Unit{"m", 1}; }
+
+/// Both ends of class \p c; \p scale is that of the colours, in the unit of the key.
 std::string ClassName(int c, double scale) {
   const auto edge = [scale](int k) { return (2.0 * k / kClasses - 1) * scale; };
-  if (c == 0) return fmt::format("below {:.2g} m", edge(1));
-  if (c == kClasses - 1) return fmt::format("above {:.2g} m", edge(kClasses - 1));
+  if (c == 0) return fmt::format("below {:.2g}", edge(1));
+  if (c == kClasses - 1) return fmt::format("above {:.2g}", edge(kClasses - 1));
   return fmt::format("{:.2g} to {:.2g}", edge(c), edge(c + 1));
 }
 
@@ -242,12 +250,13 @@ std::optional<Picture> ResidualElevationPicture(const ViewData& data,
   p.title = "Residuals by elevation";
   p.caption = "Curves: root mean square in steps of five degrees.";
   p.height = 60 + static_cast<int>(largest.size()) * (kPanelHeight + 40);
-  p.script = Frame() + fmt::format("set multiplot layout {},1\nset xrange [0:90]\nset xtics 10\n",
+  p.script = Frame() + fmt::format("set multiplot layout {},1\nset xrange [0:90]\nset xtics 10\n"
+                                   "set format x ''\n",
                                    largest.size());
   std::size_t panel = 0;
   for (const auto& [observable, value] : largest) {
     if (++panel == largest.size())
-      p.script += "set xlabel 'elevation, degree' textcolor rgb '@ink@'\n";
+      p.script += "set format x '%g'\nset xlabel 'elevation, degree' textcolor rgb '@ink@'\n";
     p.script +=
         (panel == 2 ? "unset key\n" : "") + ElevationPanel(located, observable, Limit(value));
   }
@@ -268,7 +277,10 @@ std::optional<Picture> SkyPicture(Observable observable,
   p.caption = "Means over cells of 1.2 degrees, north up, east to the right, zenith in the middle.";
   p.width = 640;
   p.height = 460;
-  p.script = Frame() + SkyFrame();
+  const Unit unit = UnitFor(scale);
+  p.script =
+      Frame() + SkyFrame() +
+      fmt::format("set label 'mean, {}' at screen 0.757,0.9 textcolor rgb '@ink@'\n", unit.name);
   std::string plots;
   for (const int r : {90, 60, 30})
     plots += fmt::format("{0}*cos(t),{0}*sin(t) with lines linecolor rgb '@faint@' notitle, ", r);
@@ -283,7 +295,7 @@ std::optional<Picture> SkyPicture(Observable observable,
     }
     plots += fmt::format(", keyentry with points pointtype 7 pointsize 0.9 linecolor rgb '@d{}@' "
                          "title '{}'",
-                         c, ClassName(c, scale));
+                         c, ClassName(c, scale * unit.perMetre));
   }
   p.script += "plot " + plots + '\n';
   return p;

@@ -47,6 +47,22 @@ std::string BareTimeAxis(const report::Span& span) {
   return TimeAxis(span) + "set format x ''\nunset xlabel\n";
 }
 
+std::string PanelLabel(const std::string& text) {
+  return fmt::format("set label 1 '{}' at screen 0.018, graph 0.5 center rotate by 90 "
+                     "textcolor rgb '@ink@'\n",
+                     text);
+}
+
+double RoundStep(double low, double high) {
+  constexpr double kMarks = 6;
+  const double least = (high - low) / kMarks;
+  if (!(least > 0)) return 1; // nothing to divide, or no number
+  const double ten = std::pow(10, std::floor(std::log10(least)));
+  for (const double step : {1.0, 2.0, 5.0})
+    if (step * ten >= least) return step * ten;
+  return 10 * ten;
+}
+
 std::string Block(const std::string& name, const std::string& rows) {
   return fmt::format("${} << EOD\n{}EOD\n", name, rows);
 }

@@ -19,6 +19,13 @@ std::string TimeAxis(const report::Span& span);
 /// The time axis of a panel above another: marks without text.
 std::string BareTimeAxis(const report::Span& span);
 
+/// What the y axis of a panel shows, at the left edge of the picture: panels above each other have
+/// it in one line, and wide marks do not push it out.
+std::string PanelLabel(const std::string& text);
+
+/// A round step between marks, at most six of them, of an axis from \p low to \p high.
+double RoundStep(double low, double high);
+
 /// \p rows as the data block $\p name.
 std::string Block(const std::string& name, const std::string& rows);
 

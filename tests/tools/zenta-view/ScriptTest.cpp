@@ -54,4 +54,14 @@ TEST(TimeAxis, MarksFitTheSpan) {
   EXPECT_NE(axis(0).find("set xrange ['1318204800.000':'1318204860.000']"), std::string::npos);
 }
 
+TEST(RoundStep, HasOneTwoOrFiveAndSixMarksAtMost) {
+  EXPECT_DOUBLE_EQ(RoundStep(0, 6), 1);
+  EXPECT_DOUBLE_EQ(RoundStep(-0.4, 3.1), 1);
+  EXPECT_DOUBLE_EQ(RoundStep(0, 0.62), 0.2);
+  EXPECT_DOUBLE_EQ(RoundStep(10, 34), 5);
+  EXPECT_DOUBLE_EQ(RoundStep(0, 55), 10);
+  EXPECT_DOUBLE_EQ(RoundStep(2, 2), 1);
+  EXPECT_DOUBLE_EQ(RoundStep(0, std::numeric_limits<double>::quiet_NaN()), 1);
+}
+
 } // namespace
