@@ -18,6 +18,7 @@
 #include "GNSS/neu.h"
 #include "GNSS/xyz.h"
 #include "SatPosition.h"
+#include "SlantTable.h"
 #include "matrix/matrix.h"
 #include "teqc/CompactTEQC.h"
 
@@ -197,6 +198,7 @@ public:
   long NUnk = 0;                ///< all unknowns
 
   // ---- Adjustment -------------------------------------------------------------------------------
+  SlantTable slants;          ///< ionosphere coefficients of the records in use
   matrix<bool> ifOP1C1;       ///< the record's P1-C1 took part
   matrix<bool> ifOP2C1;       ///< the record's P2-C1 took part
   matrix<bool> ifOL4;         ///< the record's L4 took part

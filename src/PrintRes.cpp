@@ -5,7 +5,7 @@
 #include "PROGINC/OutputFile.h"
 #include "Progress.h"
 #include "SatPosition.h"
-#include "SetUnknowns.h"
+#include "SatelliteTable.h"
 #include "SlantDelay.h"
 
 #include <iostream>
@@ -20,7 +20,8 @@ class ResidualPacker {
 public:
   explicit ResidualPacker(KorvanC& ctx)
       : ctx_(ctx), usesP1C1_(ctx.ifCodeObs && ctx.rnxh.iPC1),
-        usesP2C1_(ctx.ifCodeObs && ctx.rnxh.iPC4), usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4) {}
+        usesP2C1_(ctx.ifCodeObs && ctx.rnxh.iPC4), usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4),
+        satellites_(ctx) {}
 
   bool HasP1C1(long k) const { return usesP1C1_ && ctx_.ifOP1C1(k); }
   bool HasP2C1(long k) const { return usesP2C1_ && ctx_.ifOP2C1(k); }
@@ -32,31 +33,24 @@ public:
     return long{HasP1C1(k)} + long{HasP2C1(k)} + long{HasL4(k)};
   }
 
-  void Pack(long i, long k, const IonoState& state, std::string& out) const {
+  void Pack(long i, long k, const IonoState& state, std::string& out) {
     if (Count(k) == 0) return;
     const short sat = ctx_.rnxd.sat(k);
-    long ixP1C1 = -1;
-    long ixP2C1 = -1;
-    long row = 0;
-    GetIndexSatDCB(sat, ctx_.rnxd.satList, ctx_.ixbSAT, ctx_.rnxd.satList.Length(), ixP1C1, ixP2C1,
-                   row);
-    const long double ion =
-        ctx_.ifEstION ? SlantDelay(CoefficientsOf(sat, ctx_.ELV(k), ctx_.AZM(k)), state) : 0;
-    const long double satP1C1 = ixP1C1 >= 0 ? ctx_.xbSAT(row, 0) : 0;
-    const long double satP2C1 = ixP2C1 >= 0 ? ctx_.xbSAT(row, 1) : 0;
+    const SatelliteTable::Satellite& s = satellites_.Of(sat);
+    const long double ion = ctx_.ifEstION ? SlantDelay(ctx_.slants.Of(ctx_, k), state) : 0;
+    const long double satP1C1 = s.ixP1C1 >= 0 ? ctx_.xbSAT(s.row, 0) : 0;
+    const long double satP2C1 = s.ixP2C1 >= 0 ? ctx_.xbSAT(s.row, 1) : 0;
     // The receiver's P1-C1 enters for both systems, its P2-C1 for GPS alone.
     const long double recP1C1 = ctx_.ixP1C1 >= 0 ? ctx_.xP1C1 : 0;
-    const long double recP2C1 = ctx_.ixP2C1 >= 0 && sat <= 99 ? ctx_.xP2C1 : 0;
+    const long double recP2C1 = ctx_.ixP2C1 >= 0 && s.isGPS ? ctx_.xP2C1 : 0;
     if (HasP1C1(k)) PackOne(sat, kP1C1, recP1C1 + satP1C1 - ctx_.rnxd.PC1(k).GetObs(), out);
     if (HasP2C1(k)) PackOne(sat, kP2C1, recP2C1 + satP2C1 - ctx_.rnxd.PC4(k).GetObs() + ion, out);
     if (HasL4(k)) PackOne(sat, kL4, -ctx_.rnxd.L4(k).GetObs() + ion + Ambiguity(sat, i), out);
   }
 
 private:
-  long double Ambiguity(short sat, long i) const {
-    long arc = -1;
-    long searched = 0;
-    GetAmbIndex(sat, i, ctx_.AmbIndex, ctx_.AmbSat, ctx_.nAmb, arc, searched);
+  long double Ambiguity(short sat, long i) {
+    const long arc = satellites_.ArcAt(sat, i);
     return arc >= 0 ? ctx_.xAmb(arc) : 0;
   }
 
@@ -70,6 +64,7 @@ private:
   const bool usesP1C1_;
   const bool usesP2C1_;
   const bool usesL4_;
+  SatelliteTable satellites_;
 };
 
 void PackHead(const matrix<short>& satList, std::string& out) {
@@ -79,7 +74,7 @@ void PackHead(const matrix<short>& satList, std::string& out) {
 
 /// Appends the block of epoch \p i, whose records are \p first to \p end - 1. \returns the number
 /// of its residuals; without any there is no block, and the interval is not moved on.
-long PackEpoch(KorvanC& ctx, const ResidualPacker& packer, long i, long first, long end,
+long PackEpoch(KorvanC& ctx, ResidualPacker& packer, long i, long first, long end,
                std::string& out) {
   long count = 0;
   for (long k = first; k < end; ++k) count += packer.Count(k);
@@ -103,7 +98,7 @@ void PrintRes(KorvanC& ctx) {
   Progress(ctx, "PrintRes(): WRITING RESIDUALS IN BINARY PLOT FILE!");
   std::string block;
   PackHead(ctx.rnxd.satList, block);
-  const ResidualPacker packer(ctx);
+  ResidualPacker packer(ctx);
   ctx.iIono = 0;
   long total = 0;
   long k = 0;

@@ -6,11 +6,14 @@
 #include "PROGINC/ProgramError.h"
 #include "Progress.h"
 #include "SatPosition.h"
-#include "SetUnknowns.h"
+#include "SatelliteTable.h"
 #include "SlantDelay.h"
 #include "matrix/inv.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <iomanip>
 #include <iostream>
 #include <vector>
@@ -19,26 +22,23 @@ namespace {
 
 constexpr long double kPi = 3.141592653589793;
 
-/// A record that the cut-off and the choice of systems leave in, with all that does not change
-/// from iteration to iteration.
-struct UsedRecord {
-  long epoch;
-  long k;         ///< record of the store
-  long satRow;    ///< row of the satellite in the bias tables
-  long ixSatP1C1; ///< bias unknowns of the satellite, -1 where none
-  long ixSatP2C1;
-  long ambiguity; ///< arc that covers the epoch, -1 where none
-  IonoCoefficients a;
+using Satellite = SatelliteTable::Satellite;
+
+/// A record above the cut-off and of a processed system, with what no iteration changes.
+struct Record {
+  const Satellite* satellite;
+  long k;           ///< index in the store
+  std::int32_t arc; ///< that covers the epoch, -1 where none
+  bool hasP1C1;     ///< observed and asked for
+  bool hasP2C1;
+  bool hasL4; ///< on an arc, too
 };
 
-/// The equations of one record, each where it is observed and asked for.
-struct RecordEquations {
-  bool hasP1C1 = false;
-  bool hasP2C1 = false;
-  bool hasL4 = false;
-  ObsEquation p1c1;
-  ObsEquation p2c1;
-  ObsEquation l4;
+/// An epoch during a pass: what its records share.
+struct Epoch {
+  long i;
+  IonoState state;
+  long ionosphere; ///< first unknown of its interval
 };
 
 /// Weights of one record's equations; the pair of code differences shares C1.
@@ -52,18 +52,22 @@ class Adjustment {
 public:
   explicit Adjustment(KorvanC& ctx)
       : ctx_(ctx), usesP1C1_(ctx.ifCodeObs && ctx.rnxh.iPC1),
-        usesP2C1_(ctx.ifCodeObs && ctx.rnxh.iPC4),
-        usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4), normal_{ctx.Nall, ctx.tall, ctx.vtPv},
-        inverse_(ctx.QxxAll) {}
+        usesP2C1_(ctx.ifCodeObs && ctx.rnxh.iPC4), usesL4_(ctx.ifPhaseObs && ctx.rnxh.iL4),
+        satellites_(ctx), normal_(ctx.Nall, ctx.tall, ctx.vtPv), inverse_(ctx.QxxAll) {}
 
   /// Once, before the first iteration.
   void SelectRecords() {
+    const RINEXData& store = ctx_.rnxd;
     const long double cutoff = kPi * ctx_.MinElevation / 180;
+    ctx_.slants.Keep(store.nsatall, ctx_.ifEstIGrad);
+    records_.reserve(static_cast<std::size_t>(store.nsatall));
     long k = 0;
-    for (long i = 0; i < ctx_.rnxd.nepochall; ++i)
-      for (const long end = k + ctx_.rnxd.nsat(i); k < end; ++k)
-        if (ctx_.ELV(k) > cutoff && IsProcessed(ctx_, ctx_.rnxd.sat(k)))
+    for (long i = 0; i < store.nepochall; ++i) {
+      for (const long end = k + store.nsat(i); k < end; ++k)
+        if (ctx_.ELV(k) > cutoff && IsProcessed(ctx_, store.sat(k)))
           records_.push_back(Describe(i, k));
+      ends_.push_back(records_.size());
+    }
   }
 
   void Iterate() {
@@ -84,8 +88,7 @@ public:
     ctx_.iIono = 0;
     ctx_.NObsOutl = 0;
     std::cout << "PROCESSING DATA - OUTLIER DETECTION:\n";
-    ForEachRecord([this](const UsedRecord& r, const RecordEquations& eq) { TakeOut(r, eq); },
-                  [](long) {});
+    ForEachRecord([this](const Epoch& e, const Record& r) { TakeOut(e, r); }, [](long) {});
     if (ctx_.verbose) std::cerr << ctx_.NObsOutl << " OUTLIERS!\n";
     Solve();
   }
@@ -103,15 +106,17 @@ public:
   }
 
 private:
-  UsedRecord Describe(long epoch, long k) const {
-    const short sat = ctx_.rnxd.sat(k);
-    UsedRecord r{epoch, k, 0, -1, -1, -1, CoefficientsOf(sat, ctx_.ELV(k), ctx_.AZM(k))};
-    GetIndexSatDCB(sat, ctx_.rnxd.satList, ctx_.ixbSAT, ctx_.rnxd.satList.Length(), r.ixSatP1C1,
-                   r.ixSatP2C1, r.satRow);
-    long searched = 0;
-    if (usesL4_)
-      GetAmbIndex(sat, epoch, ctx_.AmbIndex, ctx_.AmbSat, ctx_.nAmb, r.ambiguity, searched);
-    return r;
+  Record Describe(long epoch, long k) {
+    const RINEXData& store = ctx_.rnxd;
+    const short sat = store.sat(k);
+    ctx_.slants.Of(ctx_, k);
+    const long arc = usesL4_ ? satellites_.ArcAt(sat, epoch) : -1;
+    return {&satellites_.Of(sat),
+            k,
+            static_cast<std::int32_t>(arc),
+            usesP1C1_ && !store.PC1(k).IsNull(),
+            usesP2C1_ && !store.PC4(k).IsNull(),
+            arc >= 0 && !store.L4(k).IsNull()};
   }
 
   RecordWeights WeightsOf(long k) const {
@@ -119,14 +124,19 @@ private:
     return {2.0L / 3.0L * w, -1.0L / 3.0L * w, w * ctx_.WPh2Code};
   }
 
-  /// Calls \p atEpoch for every epoch, and \p atRecord with the equations of each used record.
+  /// Calls \p atEpoch for every epoch, and \p atRecord for each of its records, whose equations are
+  /// then formed.
   template <typename AtRecord, typename AtEpoch>
   void ForEachRecord(AtRecord atRecord, AtEpoch atEpoch) {
-    auto r = records_.begin();
+    std::size_t at = 0;
     for (long i = 0; i < ctx_.rnxd.nepochall; ++i) {
       atEpoch(i);
-      const IonoState state = StateAt(ctx_, i);
-      for (; r != records_.end() && r->epoch == i; ++r) atRecord(*r, EquationsOf(*r, state));
+      Epoch e{i, StateAt(ctx_, i), 0};
+      e.ionosphere = ctx_.NUnkDCB + ctx_.nAmb + ctx_.NIonUnkT * ctx_.iIono;
+      for (; at < ends_[static_cast<std::size_t>(i)]; ++at) {
+        FormEquations(e, records_[at]);
+        atRecord(e, records_[at]);
+      }
     }
   }
 
@@ -151,7 +161,7 @@ private:
 
   void Accumulate() {
     lastPercent_ = -1;
-    ForEachRecord([this](const UsedRecord& r, const RecordEquations& eq) { Use(r, eq); },
+    ForEachRecord([this](const Epoch& e, const Record& r) { Use(e, r); },
                   [this](long i) { ReportPercent(i); });
     if (ctx_.verbose) WritePercent(100) << '\n';
   }
@@ -168,19 +178,14 @@ private:
     lastPercent_ = percent;
   }
 
-  RecordEquations EquationsOf(const UsedRecord& r, const IonoState& state) const {
-    const RINEXData& store = ctx_.rnxd;
-    RecordEquations eq;
-    eq.hasP1C1 = usesP1C1_ && !store.PC1(r.k).IsNull();
-    eq.hasP2C1 = usesP2C1_ && !store.PC4(r.k).IsNull();
-    eq.hasL4 = usesL4_ && r.ambiguity >= 0 && !store.L4(r.k).IsNull();
-    if (eq.hasP1C1) FormP1C1(r, eq.p1c1);
-    if (eq.hasP2C1) FormP2C1(r, state, eq.p2c1);
-    if (eq.hasL4) FormL4(r, state, eq.l4);
-    return eq;
-  }
+  // ---- Equations of a record -----------------------------------------------------------------
 
-  bool IsGPSRecord(const UsedRecord& r) const { return ctx_.rnxd.sat(r.k) <= 99; }
+  void FormEquations(const Epoch& e, const Record& r) {
+    if (r.hasP2C1 || r.hasL4) FormIonosphere(e, r);
+    if (r.hasP1C1) FormP1C1(r);
+    if (r.hasP2C1) FormP2C1(r);
+    if (r.hasL4) FormL4(r);
+  }
 
   /// One bias of receiver or satellite: its unknown and its share of the model.
   static void AddBias(ObsEquation& eq, long index, long double value) {
@@ -189,62 +194,65 @@ private:
     eq.f += value;
   }
 
-  void AddBiases(const UsedRecord& r, long ixReceiver, long double receiver, long ixSatellite,
-                 int column, ObsEquation& eq) const {
-    if (IsGPSRecord(r)) AddBias(eq, ixReceiver, receiver); // receiver biases are those of GPS
-    if (ixSatellite >= 0) AddBias(eq, ixSatellite, ctx_.xbSAT(r.satRow, column));
+  void FormP1C1(const Record& r) {
+    const Satellite& s = *r.satellite;
+    p1c1_.Clear();
+    if (s.isGPS) AddBias(p1c1_, ctx_.ixP1C1, ctx_.xP1C1); // receiver biases are those of GPS
+    if (s.ixP1C1 >= 0) AddBias(p1c1_, s.ixP1C1, ctx_.xbSAT(s.row, 0));
+    p1c1_.f -= ctx_.rnxd.PC1(r.k).GetObs();
   }
 
-  void AddIonosphere(const UsedRecord& r, const IonoState& state, ObsEquation& eq) const {
+  void FormP2C1(const Record& r) {
+    const Satellite& s = *r.satellite;
+    p2c1_.Clear();
+    if (s.isGPS) AddBias(p2c1_, ctx_.ixP2C1, ctx_.xP2C1);
+    if (s.ixP2C1 >= 0) AddBias(p2c1_, s.ixP2C1, ctx_.xbSAT(s.row, 1));
+    p2c1_.Append(ionosphere_);
+    p2c1_.f -= ctx_.rnxd.P2(r.k).GetObs() - ctx_.rnxd.C1(r.k).GetObs();
+  }
+
+  void FormL4(const Record& r) {
+    l4_.Clear();
+    l4_.Add(ctx_.ixAmb(r.arc), -1);
+    l4_.f = ctx_.xAmb(r.arc) - ctx_.rnxd.L4(r.k).GetObs();
+    l4_.Append(ionosphere_);
+  }
+
+  /// The part that P2-C1 and L4 of a record have in common.
+  void FormIonosphere(const Epoch& e, const Record& r) {
+    ionosphere_.Clear();
     if (!ctx_.ifEstION) return;
-    eq.f += SlantDelay(r.a, state);
-    const long u = ctx_.NUnkDCB + ctx_.nAmb + ctx_.NIonUnkT * ctx_.iIono;
-    eq.Add(u, r.a.delay);
-    eq.Add(u + 1, state.hours * r.a.delay);
+    const IonoCoefficients a = ctx_.slants.Of(ctx_, r.k);
+    ionosphere_.f = SlantDelay(a, e.state);
+    ionosphere_.Add(e.ionosphere, a.delay);
+    ionosphere_.Add(e.ionosphere + 1, e.state.hours * a.delay);
     if (!ctx_.ifEstIGrad) return;
-    eq.Add(u + 2, r.a.east);
-    eq.Add(u + 3, r.a.north);
-  }
-
-  void FormP1C1(const UsedRecord& r, ObsEquation& eq) const {
-    AddBiases(r, ctx_.ixP1C1, ctx_.xP1C1, r.ixSatP1C1, 0, eq);
-    eq.f -= ctx_.rnxd.PC1(r.k).GetObs();
-  }
-
-  void FormP2C1(const UsedRecord& r, const IonoState& state, ObsEquation& eq) const {
-    AddBiases(r, ctx_.ixP2C1, ctx_.xP2C1, r.ixSatP2C1, 1, eq);
-    AddIonosphere(r, state, eq);
-    eq.f -= ctx_.rnxd.P2(r.k).GetObs() - ctx_.rnxd.C1(r.k).GetObs();
-  }
-
-  void FormL4(const UsedRecord& r, const IonoState& state, ObsEquation& eq) const {
-    eq.Add(ctx_.ixAmb(r.ambiguity), -1);
-    eq.f = ctx_.xAmb(r.ambiguity) - ctx_.rnxd.L4(r.k).GetObs();
-    AddIonosphere(r, state, eq);
+    ionosphere_.Add(e.ionosphere + 2, a.east);
+    ionosphere_.Add(e.ionosphere + 3, a.north);
   }
 
   // ---- Iterations ----------------------------------------------------------------------------
 
-  void Use(const UsedRecord& r, const RecordEquations& eq) {
+  void Use(const Epoch& e, const Record& r) {
     const RecordWeights w = WeightsOf(r.k);
-    if (eq.hasP1C1) {
-      if (IsMisclosureOutlier(r, eq.p1c1.f, ctx_.MaxfDiffP1C1, "  OUTLIER P1-C1 (F): ")) return;
-      Take(eq.p1c1, w.code, ctx_.ifOP1C1(r.k));
+    if (r.hasP1C1) {
+      if (IsMisclosureOutlier(e, r, p1c1_.f, ctx_.MaxfDiffP1C1, "  OUTLIER P1-C1 (F): ")) return;
+      Take(p1c1_, w.code, ctx_.ifOP1C1(r.k));
     }
-    if (eq.hasP2C1) {
-      if (IsMisclosureOutlier(r, eq.p2c1.f, ctx_.MaxfDiff, "  OUTLIER P2-C1 (F): ")) return;
-      Take(eq.p2c1, w.code, ctx_.ifOP2C1(r.k));
+    if (r.hasP2C1) {
+      if (IsMisclosureOutlier(e, r, p2c1_.f, ctx_.MaxfDiff, "  OUTLIER P2-C1 (F): ")) return;
+      Take(p2c1_, w.code, ctx_.ifOP2C1(r.k));
     }
-    if (eq.hasP1C1 && eq.hasP2C1) normal_.AddCross(eq.p1c1, eq.p2c1, w.cross);
-    if (eq.hasL4) Take(eq.l4, w.phase, ctx_.ifOL4(r.k));
+    if (r.hasP1C1 && r.hasP2C1) normal_.AddCross(p1c1_, p2c1_, w.cross);
+    if (r.hasL4) Take(l4_, w.phase, ctx_.ifOL4(r.k));
   }
 
   /// The whole record is left out of the iteration from here on, L4 included.
-  bool IsMisclosureOutlier(const UsedRecord& r, long double f, long double limit,
+  bool IsMisclosureOutlier(const Epoch& e, const Record& r, long double f, long double limit,
                            const char* label) {
     if (!ctx_.isMaxfDiff || !(std::fabs(f) > limit)) return false;
     ++ctx_.NObsOutl;
-    WriteOutlier(r, label, f, 3);
+    WriteOutlier(e, r, label, f, 3);
     return true;
   }
 
@@ -255,36 +263,37 @@ private:
     for (long i = 0; i < eq.n; ++i) ++ctx_.ObsPerUnk(eq.ix[i]);
   }
 
-  void WriteOutlier(const UsedRecord& r, const char* label, long double value, int decimals) const {
-    std::cout << "  EPH: " << std::setw(7) << r.epoch << "  " << ctx_.rnxd.epoch(r.epoch)
-              << "   PRN: " << std::setw(4) << ctx_.rnxd.sat(r.k) << label
+  void WriteOutlier(const Epoch& e, const Record& r, const char* label, long double value,
+                    int decimals) const {
+    std::cout << "  EPH: " << std::setw(7) << e.i << "  " << ctx_.rnxd.epoch(e.i)
+              << "   PRN: " << std::setw(4) << r.satellite->number << label
               << std::setprecision(decimals) << std::setw(10) << value << '\n';
   }
 
   // ---- Elimination ---------------------------------------------------------------------------
 
-  void TakeOut(const UsedRecord& r, const RecordEquations& eq) {
+  void TakeOut(const Epoch& e, const Record& r) {
     const RecordWeights w = WeightsOf(r.k);
     if (ctx_.isThresBlunder) {
-      const bool p1c1 = eq.hasP1C1 && TakeOutlier(r, eq.p1c1, w.code, ctx_.ThresBlunder,
-                                                  ctx_.ifOP1C1, "  OUTLIER P1-C1 (V): ", 3);
-      const bool p2c1 = eq.hasP2C1 && TakeOutlier(r, eq.p2c1, w.code, ctx_.ThresBlunder,
-                                                  ctx_.ifOP2C1, "  OUTLIER P2-C1 (V): ", 3);
-      if (eq.hasP1C1 && eq.hasP2C1 && (p1c1 || p2c1)) normal_.AddCross(eq.p1c1, eq.p2c1, -w.cross);
+      const bool p1c1 = r.hasP1C1 && TakeOutlier(e, r, p1c1_, w.code, ctx_.ThresBlunder,
+                                                 ctx_.ifOP1C1, "  OUTLIER P1-C1 (V): ", 3);
+      const bool p2c1 = r.hasP2C1 && TakeOutlier(e, r, p2c1_, w.code, ctx_.ThresBlunder,
+                                                 ctx_.ifOP2C1, "  OUTLIER P2-C1 (V): ", 3);
+      if (r.hasP1C1 && r.hasP2C1 && (p1c1 || p2c1)) normal_.AddCross(p1c1_, p2c1_, -w.cross);
     }
-    if (ctx_.isThresBlunderL4 && eq.hasL4)
-      TakeOutlier(r, eq.l4, w.phase, ctx_.ThresBlunderL4, ctx_.ifOL4, "  OUTLIER L1-L2 (V): ", 4);
+    if (ctx_.isThresBlunderL4 && r.hasL4)
+      TakeOutlier(e, r, l4_, w.phase, ctx_.ThresBlunderL4, ctx_.ifOL4, "  OUTLIER L1-L2 (V): ", 4);
   }
 
   /// A residual beyond \p limit: its share leaves the normal equations. Values that took no part
   /// in the last iteration are tested, and subtracted, like the others.
-  bool TakeOutlier(const UsedRecord& r, const ObsEquation& eq, long double weight,
+  bool TakeOutlier(const Epoch& e, const Record& r, const ObsEquation& eq, long double weight,
                    long double limit, matrix<bool>& flags, const char* label, int decimals) {
     if (!(std::fabs(eq.f) > limit)) return false;
     ++ctx_.NObsOutl;
     --ctx_.NObs;
     flags(r.k) = false;
-    WriteOutlier(r, label, eq.f, decimals);
+    WriteOutlier(e, r, label, eq.f, decimals);
     normal_.Add(eq, -weight);
     return true;
   }
@@ -304,6 +313,7 @@ private:
   }
 
   void Solve() {
+    normal_.Complete(ctx_.NUnk);
     if (inverse_.Update(ctx_.Nall)) ++ctx_.NInv;
     ctx_.xAll = ctx_.QxxAll * ctx_.tall;
     dcorr_ = PartNorm(ctx_.xAll, ctx_.NUnk);
@@ -340,11 +350,19 @@ private:
   const bool usesP1C1_;
   const bool usesP2C1_;
   const bool usesL4_;
+  SatelliteTable satellites_;
+  std::vector<Record> records_;
+  std::vector<std::size_t> ends_; ///< of each epoch: one past its last record
   NormalEquations normal_;
   NormalInverse inverse_;
-  std::vector<UsedRecord> records_;
   long double dcorr_ = 0; ///< norm of the last correction
   long lastPercent_ = -1;
+
+  // Of the record at hand, each where the record has the value; kept to be filled again.
+  ObsEquation p1c1_;
+  ObsEquation p2c1_;
+  ObsEquation l4_;
+  ObsEquation ionosphere_;
 };
 
 } // namespace
@@ -363,10 +381,9 @@ void ProcIono(KorvanC& ctx) {
 }
 
 void ResetNS(matrix<long double>& N, matrix<long double>& t, const long& n) {
-  for (long i = 0; i < n; ++i) {
-    t(i) = 0;
-    for (long j = 0; j < n; ++j) N(i, j) = 0;
-  }
+  if (n == 0) return;
+  std::fill_n(&t(0), n, 0.0L);
+  for (long i = 0; i < n; ++i) std::fill_n(&N(i, 0), n, 0.0L);
 }
 
 long double PartNorm(const matrix<long double>& x, const long& n) {

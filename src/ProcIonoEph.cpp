@@ -4,7 +4,7 @@
 #include "PROGINC/OutputFile.h"
 #include "Progress.h"
 #include "SatPosition.h"
-#include "SetUnknowns.h"
+#include "SatelliteTable.h"
 #include "SlantDelay.h"
 #include "matrix/inv.h"
 
@@ -73,7 +73,7 @@ private:
 };
 
 /// Adds what record \p k of epoch \p i says of the ionosphere.
-void AddRecord(const KorvanC& ctx, long i, long k, EpochSolution& solution) {
+void AddRecord(KorvanC& ctx, long i, long k, SatelliteTable& satellites, EpochSolution& solution) {
   const RINEXData& store = ctx.rnxd;
   const short sat = store.sat(k);
   if (!IsProcessed(ctx, sat)) return;
@@ -81,21 +81,16 @@ void AddRecord(const KorvanC& ctx, long i, long k, EpochSolution& solution) {
   const bool phase = ctx.ifPhaseObs && ctx.rnxh.iL4 && ctx.ifOL4(k);
   if (!code && !phase) return;
 
-  const IonoCoefficients a = CoefficientsOf(sat, ctx.ELV(k), ctx.AZM(k));
+  const IonoCoefficients a = ctx.slants.Of(ctx, k);
   if (code) {
-    long ixP1C1 = -1;
-    long ixP2C1 = -1;
-    long row = 0;
-    GetIndexSatDCB(sat, store.satList, ctx.ixbSAT, store.satList.Length(), ixP1C1, ixP2C1, row);
+    const SatelliteTable::Satellite& s = satellites.Of(sat);
     long double y = -store.PC4(k).GetObs();
-    if (sat <= 99 && ctx.ixP2C1 != -1) y += ctx.xP2C1;
-    if (ixP2C1 != -1) y += ctx.xbSAT(row, 1);
+    if (s.isGPS && ctx.ixP2C1 != -1) y += ctx.xP2C1;
+    if (s.ixP2C1 != -1) y += ctx.xbSAT(s.row, 1);
     solution.Add(a, y, ctx.WGHT(k));
   }
   if (phase) {
-    long arc = -1;
-    long searched = 0;
-    GetAmbIndex(sat, i, ctx.AmbIndex, ctx.AmbSat, ctx.nAmb, arc, searched);
+    const long arc = satellites.ArcAt(sat, i);
     if (arc >= 0)
       solution.Add(a, -store.L4(k).GetObs() + ctx.xAmb(arc), ctx.WPh2Code * ctx.WGHT(k));
   }
@@ -120,11 +115,13 @@ void ProcIonoEph(KorvanC& ctx) {
   std::cout << "  EPOCH[MJD]              ION DELAY[m]"
             << (gradients ? "         ION GRAD E               ION GRAD N" : "") << '\n'
             << rule;
+  SatelliteTable satellites(ctx);
   long estimated = 0;
   long k = 0;
   for (long i = 0; i < ctx.rnxd.nepochall; ++i) {
     EpochSolution solution(gradients);
-    for (const long end = k + ctx.rnxd.nsat(i); k < end; ++k) AddRecord(ctx, i, k, solution);
+    for (const long end = k + ctx.rnxd.nsat(i); k < end; ++k)
+      AddRecord(ctx, i, k, satellites, solution);
     if (!solution.IsOverdetermined() || !solution.Solve()) continue;
     solution.Write(ctx.rnxd.epoch(i), std::cout);
     if (file.IsInUse()) solution.Write(ctx.rnxd.epoch(i), file.Stream());

@@ -4,7 +4,10 @@
 #include "KorvanC.h"
 #include "Progress.h"
 
+#include <array>
+#include <cstddef>
 #include <iomanip>
+#include <unordered_map>
 
 namespace {
 
@@ -30,22 +33,34 @@ bool HasGPSValues(const RINEXData& store, const matrix<gnssobs>& values) {
   return false;
 }
 
-bool HasValues(const RINEXData& store, const matrix<gnssobs>& values, short sat) {
-  long count = 0;
-  for (long k = 0; k < store.nsatall; ++k) {
-    if (store.sat(k) != sat || values(k).IsNull()) continue;
-    if (++count == kMinSatelliteValues) return true;
+/// How many records of each satellite have either kind of value: one walk over the store.
+class ValueCounts {
+public:
+  explicit ValueCounts(const KorvanC& ctx) {
+    const RINEXData& store = ctx.rnxd;
+    for (long k = 0; k < store.nsatall; ++k) {
+      Counts& counts = counts_[store.sat(k)];
+      if (ctx.rnxh.iPC1 && !store.PC1(k).IsNull()) ++counts[kP1C1];
+      if (ctx.rnxh.iPC4 && !store.PC4(k).IsNull()) ++counts[kP2C1];
+    }
   }
-  return false;
-}
+  long Of(short sat, int kind) const {
+    const auto found = counts_.find(sat);
+    return found == counts_.end() ? 0 : found->second[static_cast<std::size_t>(kind)];
+  }
+
+private:
+  using Counts = std::array<long, 2>;
+  std::unordered_map<short, Counts> counts_;
+};
 
 /// Gives an unknown to each satellite of a system that has the values. \returns how many.
-long SetSatelliteBiases(KorvanC& ctx, bool (*isOfSystem)(short), const matrix<gnssobs>& values,
+long SetSatelliteBiases(KorvanC& ctx, bool (*isOfSystem)(short), const ValueCounts& values,
                         int column, long& ix) {
   long count = 0;
   for (long j = 0; j < ctx.rnxd.satList.Length(); ++j) {
     const short sat = ctx.rnxd.satList(j);
-    if (!isOfSystem(sat) || !HasValues(ctx.rnxd, values, sat)) continue;
+    if (!isOfSystem(sat) || values.Of(sat, column) < kMinSatelliteValues) continue;
     ctx.ixbSAT(j, column) = ++ix;
     ++count;
   }
@@ -54,8 +69,9 @@ long SetSatelliteBiases(KorvanC& ctx, bool (*isOfSystem)(short), const matrix<gn
 
 /// Both kinds of one system, P1-C1 first, and the line that tells how many.
 void SetSystemBiases(KorvanC& ctx, bool (*isOfSystem)(short), long& nP1C1, long& nP2C1, long& ix) {
-  if (ctx.rnxh.iPC1) nP1C1 = SetSatelliteBiases(ctx, isOfSystem, ctx.rnxd.PC1, kP1C1, ix);
-  if (ctx.rnxh.iPC4) nP2C1 = SetSatelliteBiases(ctx, isOfSystem, ctx.rnxd.PC4, kP2C1, ix);
+  const ValueCounts values(ctx);
+  if (ctx.rnxh.iPC1) nP1C1 = SetSatelliteBiases(ctx, isOfSystem, values, kP1C1, ix);
+  if (ctx.rnxh.iPC4) nP2C1 = SetSatelliteBiases(ctx, isOfSystem, values, kP2C1, ix);
   std::cerr << "  #P1C1 " << std::setw(4) << nP1C1 << "    #P2C1 " << std::setw(4) << nP2C1 << '\n';
 }
 

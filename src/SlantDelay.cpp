@@ -22,13 +22,15 @@ long double ShellZenith(long double elevation) {
   return std::asin(BaseR / (BaseR + BaseH) * std::cos(BetaPar * elevation));
 }
 
-IonoCoefficients CoefficientsOf(short sat, long double elevation, long double azimuth) {
-  const IonoFactors f = FactorsOf(sat);
+IonoCoefficients CoefficientsOf(const IonoFactors& f, long double elevation, long double azimuth,
+                                bool gradients) {
   const long double z = ShellZenith(elevation);
   IonoCoefficients a;
   a.delay = -(f.alpha2 - f.alpha1) / std::cos(z);
-  a.east = a.delay * std::sin(azimuth) * std::tan(z);
-  a.north = a.delay * std::cos(azimuth) * std::tan(z);
+  if (!gradients) return a;
+  const long double slope = std::tan(z);
+  a.east = a.delay * std::sin(azimuth) * slope;
+  a.north = a.delay * std::cos(azimuth) * slope;
   return a;
 }
 

@@ -22,14 +22,9 @@ IonoFactors FactorsOf(short sat);
 /// leaves the ground at \p elevation [rad].
 long double ShellZenith(long double elevation);
 
-/// Derivatives of the model with respect to the ionosphere unknowns of one record, negative:
-/// the sign in which they enter the design matrix.
-struct IonoCoefficients {
-  long double delay = 0; ///< of the vertical delay
-  long double east = 0;  ///< of the east gradient
-  long double north = 0; ///< of the north gradient
-};
-IonoCoefficients CoefficientsOf(short sat, long double elevation, long double azimuth);
+/// Coefficients of a line of sight [rad]; the gradients' stay 0 unless \p gradients are estimated.
+IonoCoefficients CoefficientsOf(const IonoFactors& f, long double elevation, long double azimuth,
+                                bool gradients);
 
 /// The piece-wise linear delay at one epoch: values of its interval and the time since its start.
 struct IonoState {

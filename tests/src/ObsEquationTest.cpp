@@ -1,6 +1,7 @@
 #include "ObsEquation.h"
 
 #include "support/Near.h"
+#include "support/SameBits.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ TEST(NormalEquations, OneEquationAddsItsDyadicProduct) {
   // a = (0, -1, 3), f = 2, p = 10: N = p a aT, t = p f a, vtPv = p f^2
   Normals n;
   n.equations.Add(Equation({{1, -1}, {2, 3}}, 2), 10);
+  n.equations.Complete(3);
   const long double expected[3][3] = {{0, 0, 0}, {0, 10, -30}, {0, -30, 90}};
   for (long i = 0; i < 3; ++i)
     for (long j = 0; j < 3; ++j) EXPECT_EQ(n.N(i, j), expected[i][j]) << i << ' ' << j;
@@ -48,6 +50,7 @@ TEST(NormalEquations, PairWithCrossWeightEqualsTheFullQuadraticForm) {
   n.equations.Add(e1, 4);
   n.equations.Add(e2, 4);
   n.equations.AddCross(e1, e2, -2);
+  n.equations.Complete(3);
   const long double N[3][3] = {{4, -2, -4}, {-2, 4, 8}, {-4, 8, 16}};
   const long double t[3] = {-2, -14, -28};
   for (long i = 0; i < 3; ++i) {
@@ -66,6 +69,33 @@ TEST(NormalEquations, NegativeWeightTakesTheContributionOutAgain) {
   n.equations.AddCross(e1, e2, 0.25L);
   n.equations.AddCross(e1, e2, -0.25L);
   for (long k = 0; k < before.Length(); ++k) EXPECT_TRUE(Near(n.N(k), before(k), 1e-18L)) << k;
+}
+
+TEST(NormalEquations, OrderOfTheUnknownsDoesNotMatter) {
+  Normals up;
+  up.equations.Add(Equation({{0, -1}, {2, 0.3L}}, 2), 0.1L);
+  up.equations.AddCross(Equation({{0, -1}}, 3), Equation({{2, 0.7L}}, 5), 0.3L);
+  Normals down;
+  down.equations.Add(Equation({{2, 0.3L}, {0, -1}}, 2), 0.1L);
+  down.equations.AddCross(Equation({{2, 0.7L}}, 5), Equation({{0, -1}}, 3), 0.3L);
+  up.equations.Complete(3);
+  down.equations.Complete(3);
+  EXPECT_TRUE(SameBits(up.N, down.N));
+  EXPECT_TRUE(SameBits(up.t, down.t));
+}
+
+TEST(NormalEquations, CompletesTheLeadingBlockAlone) {
+  constexpr long kSize = 40; // more than the blocks that are copied at a time
+  constexpr long kLeading = 37;
+  matrix<long double> N(kSize, kSize);
+  matrix<long double> t(kSize, 1);
+  long double vtPv = 0;
+  for (long k = 0; k < N.Length(); ++k) N(k) = static_cast<long double>(k);
+  const matrix<long double> before = N;
+  NormalEquations(N, t, vtPv).Complete(kLeading);
+  for (long i = 0; i < kSize; ++i)
+    for (long j = 0; j < kSize; ++j)
+      EXPECT_EQ(N(i, j), i > j && i < kLeading ? before(j, i) : before(i, j)) << i << ' ' << j;
 }
 
 } // namespace

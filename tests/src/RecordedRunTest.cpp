@@ -84,8 +84,9 @@ struct Cagz : TinyRun {
       const IonoState state = StateAt(ctx, i);
       for (const long end = k + data.nsat(i); k < end; ++k) {
         if (data.sat(k) > 99 || !ctx.ifOP2C1(k)) continue;
-        const long double slant =
-            SlantDelay(CoefficientsOf(data.sat(k), ctx.ELV(k), ctx.AZM(k)), state);
+        const IonoCoefficients a =
+            CoefficientsOf(FactorsOf(data.sat(k)), ctx.ELV(k), ctx.AZM(k), false);
+        const long double slant = SlantDelay(a, state);
         const long double v = ctx.xP2C1 + slant - data.PC4(k).GetObs();
         sum += v * v;
         ++n;

@@ -28,7 +28,7 @@ TEST(FactorsOf, GlonassTakesItsChannel) {
 }
 
 TEST(CoefficientsOf, AreMinusTheDerivativesOfTheSlantDelay) {
-  const IonoCoefficients a = CoefficientsOf(7, 0.6L, 2.1L);
+  const IonoCoefficients a = CoefficientsOf(FactorsOf(7), 0.6L, 2.1L, true);
   const auto model = [&](long double delay, long double rate, long double east, long double north) {
     IonoState s;
     s.delay = delay;
@@ -62,7 +62,8 @@ TEST(SlantDelay, FollowsTheWrittenOutModel) {
   const long double expected =
       (5929.0L / 3600.0L - 1) / std::cos(z) *
       (3 - 0.125L + std::tan(z) * (0.02L * std::sin(azimuth) - 0.07L * std::cos(azimuth)));
-  EXPECT_TRUE(Near(SlantDelay(CoefficientsOf(3, elevation, azimuth), s), expected, 1e-17L));
+  EXPECT_TRUE(Near(SlantDelay(CoefficientsOf(FactorsOf(3), elevation, azimuth, true), s), expected,
+                   1e-17L));
 }
 
 TEST(StateAt, MovesOnByOneIntervalAtMost) {
