@@ -3,6 +3,7 @@
 #include "GNSS/g_lg.h"
 #include "GNSS/xyz_flh.h"
 #include "KorvanC.h"
+#include "PROGINC/DecimalComma.h"
 #include "PROGINC/InputInWork.h"
 #include "PROGINC/ProgramError.h"
 #include "Progress.h"
@@ -12,6 +13,7 @@ namespace {
 xyz MarkerPosition(KorvanC& ctx) {
   if (!ctx.isAprCrd) return ctx.rnxh.X0;
   mjd middle = ctx.rnxd.epoch(ctx.rnxd.nepochall / 2);
+  RefuseDecimalCommas(ctx.aprcrdfile);
   const InputInWork file(ctx.aprcrdfile);
   const xyz marker = ctx.acrd.GetCRD(ctx.rnxh.mname, ctx.rnxh.mnumber, middle);
   if (ctx.acrd.IsSite()) return marker;

@@ -3,10 +3,8 @@
 #include "KorvanC.h"
 #include "PROGINC/DecimalComma.h"
 #include "PROGINC/InputInWork.h"
-#include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
 
-#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -20,14 +18,6 @@ void Set(const KorvanC& ctx, bool inUse, Reader& reader, const char* name, const
   if (!inUse) return;
   reader.SetFile(name);
   if (ctx.verbose) std::cerr << kSet << message << '\n';
-}
-
-// Their numbers would be read up to the comma. What is no regular file can't be read twice.
-void RefuseDecimalCommas(const char* name) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(name, error)) return;
-  if (!HasDecimalCommas(LineSource::FromFile(name).Rest())) return;
-  ProgramError("Zenta", ("DECIMAL COMMAS IN INPUT FILE " + std::string(name) + "!").c_str());
 }
 
 /// Reads a file in use. \returns whether its progress line is due.

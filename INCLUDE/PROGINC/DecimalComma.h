@@ -7,4 +7,8 @@
 /// nowhere a point does.
 bool HasDecimalCommas(std::string_view text);
 
+/// Ends the program where the file \p name does so: its numbers would be read up to the comma. What
+/// is no regular file is left alone, as it can't be read twice.
+void RefuseDecimalCommas(const char* name);
+
 #endif

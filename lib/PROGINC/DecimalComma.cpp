@@ -1,5 +1,11 @@
 #include "PROGINC/DecimalComma.h"
 
+#include "PROGINC/LineSource.h"
+#include "PROGINC/ProgramError.h"
+
+#include <filesystem>
+#include <string>
+
 namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -15,4 +21,11 @@ bool StandsBetweenDigits(char mark, std::string_view text) {
 
 bool HasDecimalCommas(std::string_view text) {
   return StandsBetweenDigits(',', text) && !StandsBetweenDigits('.', text);
+}
+
+void RefuseDecimalCommas(const char* name) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(name, error)) return;
+  if (!HasDecimalCommas(LineSource::FromFile(name).Rest())) return;
+  ProgramError("Zenta", ("DECIMAL COMMAS IN INPUT FILE " + std::string(name) + "!").c_str());
 }

@@ -54,7 +54,7 @@ void FaultTable::Print() const {
 }
 
 std::string ErrorOf(const Outcome& outcome) {
-  const std::string all = outcome.err + outcome.out;
+  const std::string all = outcome.out + outcome.err;
   const std::string error = Behind(all, "Error -> ");
   return error.empty() ? RangeReport(all) : error;
 }

@@ -85,4 +85,25 @@ TEST_P(InputFaults, CutAtRandomBytes) {
 INSTANTIATE_TEST_SUITE_P(Of, InputFaults, testing::ValuesIn(kInputKinds),
                          [](const auto& info) { return std::string(info.param.name); });
 
+using MemoryFaults = ProgramTest;
+
+// A header that announces 480000 records of orbits, where there is room for half of them.
+TEST_F(MemoryFaults, TablesBeyondTheMemory) {
+  if (kSanitized) GTEST_SKIP() << "the sanitizer needs more for itself";
+  std::string orbits = File("sp3");
+  orbits.replace(orbits.find("     25 ORBIT"), 7, "  60000");
+  folder.Write("bad", orbits);
+  Start start;
+  start.folder = folder.Path().string();
+  start.prepare = [] {
+    const rlimit bytes = {48 << 20, 48 << 20};
+    setrlimit(RLIMIT_AS, &bytes);
+  };
+  const Outcome outcome = RunFaulty(start, With(Delays(), WithInput(kGpsPrecise, "bad")));
+  ExpectGoodEnd(outcome);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(ErrorOf(outcome), "OUT OF MEMORY!");
+  FaultTable(kGpsPrecise.name).Add("tables beyond the memory", outcome);
+}
+
 } // namespace
