@@ -44,6 +44,20 @@ protected:
   const ScratchFolder folder;
 };
 
+/// What the read-me shows of the example day stands in its report, \p report.
+void ExpectInReadme(const std::string& report) {
+  const std::string readme = ReadWhole(std::string(ZENTA_SOURCE) + "/README.md");
+  const std::size_t start = readme.find("What it says of the example day");
+  int shown = 0;
+  for (const std::string& line : LinesOf(readme.substr(start, readme.find("\n## ") - start))) {
+    if (!line.starts_with("     ")) continue; // text, "..." or empty
+    const std::string quoted = line.substr(4, line.size() - 5);
+    EXPECT_NE(report.find("\n" + quoted), std::string::npos) << quoted;
+    ++shown;
+  }
+  EXPECT_GE(shown, 10);
+}
+
 // The day of tools/example.
 TEST_F(RunOutputs, OfTheExampleDayAreAsDocumented) {
   ASSERT_EQ(InFolder(ZENTA_SIM,
@@ -51,6 +65,7 @@ TEST_F(RunOutputs, OfTheExampleDayAreAsDocumented) {
             "");
   Zenta("$(cat day/arguments.txt) -ft50 -bt10 -bl0.5 -fpresiduals.res");
   ExpectCutsRefused();
+  ExpectInReadme(ReadWhole(folder.Name("report.txt")));
   ExpectAsDocumented("-r residuals.res");
 }
 

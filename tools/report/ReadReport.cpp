@@ -604,7 +604,7 @@ std::vector<EpochDelay> ReadEpochDelays(LineReader& lines, bool gradients) {
 
 } // namespace
 
-Report ReadReport(const std::string& name, std::string_view text) {
+static Report ReadSections(const std::string& name, std::string_view text) {
   LineReader lines(name, text);
   Report r;
   ReadWarnings(lines, r);
@@ -617,6 +617,15 @@ Report ReadReport(const std::string& name, std::string_view text) {
     r.epochs = ReadEpochDelays(lines, r.settings.estimatesGradients);
   lines.ExpectEnd();
   return r;
+}
+
+Report ReadReport(const std::string& name, std::string_view text) {
+  try {
+    return ReadSections(name, text);
+  } catch (const Refusal& refusal) {
+    if (LooksLikeReport(text)) throw;
+    throw Refusal(std::string(refusal.what()) + "; a report is the standard output of zenta");
+  }
 }
 
 bool LooksLikeReport(std::string_view text) {

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace exports {
 
@@ -145,6 +146,8 @@ void WriteCsv(const std::string& folder, const Results& results) {
 void Export(Options o) {
   if (o.agency.size() != 3) throw command::Usage("--agency takes 3 characters");
   if (o.station.size() > 9) throw command::Usage("--station takes up to 9 characters");
+  if (o.report == "-" && isatty(STDIN_FILENO) != 0)
+    throw command::Usage("name a report, or send one to standard input: zenta ... | zenta-export");
   if (o.json.empty() && o.csv.empty() && o.sinex.empty()) o.json = "-";
   if (o.json == "-" && o.sinex == "-")
     throw command::Usage("only one of --json and --sinex can go to standard output");

@@ -56,6 +56,8 @@ void AddOptions(CLI::App& app, Options& o) {
 std::string FindReport(const std::string& folder) {
   std::error_code error;
   const fs::directory_iterator files(folder, error);
+  if (error == std::errc::not_a_directory)
+    throw Refusal(fmt::format("{0}: is no folder; for a single file: --report {0}", folder));
   if (error) throw Refusal(fmt::format("{}: can't be opened: {}", folder, error.message()));
   std::vector<std::string> found;
   for (const fs::directory_entry& entry : files) {

@@ -122,15 +122,13 @@ std::optional<Picture> DelayPicture(const ViewData& data) {
   if (r.epochs && !r.epochs->empty()) {
     p.caption += " Behind it, the delay of every epoch alone, in a band of one formal error.";
     p.script += Block("epochs", EpochRows(r, [](const EpochDelay& e) { return e.delay; }));
-    plots = "$epochs using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@glonass@' fill "
-            "transparent solid "
-            "0.3 noborder title 'epoch by epoch', "
+    plots = "$epochs using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@glonass@' "
+            "fill transparent solid 0.3 noborder title 'epoch by epoch', "
             "$epochs using 1:2 with lines linewidth 0.8 linecolor rgb '@glonass@' notitle, ";
   }
   p.script += "plot " + plots +
-              "$line using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@band@' fill "
-              "transparent solid "
-              "0.6 noborder notitle, "
+              "$line using 1:($2-$3):($2+$3) with filledcurves linecolor rgb '@band@' "
+              "fill transparent solid 0.6 noborder notitle, "
               "$line using 1:2 with lines linewidth 2 linecolor rgb '@gps@' title 'by interval'\n";
   return p;
 }

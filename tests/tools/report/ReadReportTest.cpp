@@ -198,6 +198,14 @@ TEST(ReadReport, ForeignTextIsRefusedAtItsFirstLine) {
   EXPECT_TRUE(RefusalOfText(other).starts_with("r:2: expected ")) << RefusalOfText(other);
 }
 
+TEST(ReadReport, RefusalOfForeignTextSaysWhatAReportIs) {
+  const std::string hint = "; a report is the standard output of zenta";
+  EXPECT_TRUE(RefusalOfText("").ends_with(hint));
+  EXPECT_TRUE(RefusalOfText("     2.11           OBSERVATION DATA\n").ends_with(hint));
+  const std::string text = ReportText("code.txt");
+  EXPECT_FALSE(RefusalOfText(text.substr(0, text.size() / 2)).ends_with(hint));
+}
+
 TEST(ReadReport, ReportThatEndsInAFatalMessageIsRefused) {
   const std::string text = ReportText("code.txt");
   const std::string cut = text.substr(0, text.find("  DONE!"));

@@ -159,6 +159,13 @@ TEST(ZentaViewRefusals, FolderWithoutAReportSaysHowToMakeOne) {
   EXPECT_EQ(RunView("/nowhere").status, 1);
 }
 
+TEST(ZentaViewRefusals, FileInPlaceOfAFolderPointsToItsOption) {
+  const std::string file = ReportFile("code.txt");
+  const Outcome o = RunView(file);
+  EXPECT_EQ(o.status, 1);
+  EXPECT_NE(o.err.find("--report " + file), std::string::npos) << o.err;
+}
+
 TEST(ZentaViewRefusals, FolderWithSeveralReportsAsksForOne) {
   const RunFolder run;
   run.Write("second.txt", ReportText("code.txt"));
