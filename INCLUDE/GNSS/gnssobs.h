@@ -1,6 +1,8 @@
 #ifndef GNSS_GNSSOBS_H
 #define GNSS_GNSSOBS_H
 
+#include "matrix/LargeMemory.h"
+
 #include <iosfwd>
 #include <string_view>
 
@@ -67,6 +69,8 @@ public:
   }
 };
 
+template <> inline constexpr bool kIsZeroByDefault<gnssobs> = true;
+
 /// \p g with its value scaled and its flags kept.
 inline gnssobs operator*(long double k, const gnssobs& g) {
   gnssobs scaled = g;
@@ -115,6 +119,8 @@ public:
     return -0.00001 < v && v < 0.00001;
   }
 };
+
+template <> inline constexpr bool kIsZeroByDefault<gnssobsshort> = true;
 
 /// Writes in the layout gnssobsshortns::PrintType; a missing value in layout 0 takes the
 /// decimals that the stream has at that time. Leaves the stream in fixed-point notation.

@@ -1,12 +1,12 @@
 #ifndef MATRIX_MATRIX_H
 #define MATRIX_MATRIX_H
 
+#include "matrix/LargeMemory.h"
 #include "matrix/MError.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <limits>
-#include <memory>
 #include <utility>
 
 /// The one container: a dense two-dimensional array of T, stored row after row.
@@ -51,7 +51,8 @@ public:
   /// Gives the matrix a new shape. Old contents are not kept.
   void Resize(long rows, long cols) {
     CheckShape(rows, cols);
-    v = rows * cols > 0 ? std::make_unique<T[]>(static_cast<std::size_t>(rows * cols)) : nullptr;
+    v = nullptr; // not two tables at a time
+    if (rows * cols > 0) v = MakeDefaulted<T>(static_cast<std::size_t>(rows * cols));
     r = rows;
     c = cols;
   }
@@ -111,9 +112,9 @@ private:
     return Offset(k);
   }
 
-  long r = 0;             ///< rows
-  long c = 0;             ///< columns
-  std::unique_ptr<T[]> v; ///< r x c elements, row after row
+  long r = 0;          ///< rows
+  long c = 0;          ///< columns
+  DefaultedArray<T> v; ///< r x c elements, row after row
 };
 
 /// Product; the columns of \p a must be as many as the rows of \p b, else the report

@@ -9,6 +9,11 @@
 
 namespace {
 
+/// Its default is not 0.
+struct Counted {
+  long value = 7;
+};
+
 /// Two rows, three columns: 1 2 3 | 4 5 6.
 matrix<long double> Counting() {
   matrix<long double> m(2, 3);
@@ -194,6 +199,19 @@ TEST(matrixDeathTest, ProductOfShapesThatDoNotFitEndsTheProgram) {
   const matrix<long double> m = Counting();
   EXPECT_ENDS(m * m, "\tFunction:   matrix operator \\*\nMatrix dimensions do not fit!  "
                      "\\[    2,    3\\] -> \\[    2,    3\\]");
+}
+
+TEST(matrix, LongTablesBeginWithZerosToo) {
+  // Of several large pages, in memory that was used before.
+  for (int i = 0; i < 3; ++i) {
+    matrix<long double> numbers(500000, 1);
+    matrix<Counted> objects(300000, 1);
+    for (long k = 0; k < numbers.Length(); ++k) {
+      ASSERT_EQ(numbers(k), 0.0L);
+      numbers(k) = -1;
+    }
+    for (long k = 0; k < objects.Length(); ++k) ASSERT_EQ(objects(k).value, 7);
+  }
 }
 
 TEST(SWAP, ExchangesTwoValues) {
