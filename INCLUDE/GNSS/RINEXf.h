@@ -26,6 +26,8 @@ bool IsFirstObsLine(std::string_view line);
 void ParseFirstObsLine(std::string_view line, unsigned short& year, unsigned short& month,
                        unsigned short& day, unsigned short& hour, unsigned short& minute,
                        long double& second, short& count);
+/// The number of satellites alone.
+short SatellitesOfFirstObsLine(std::string_view line);
 
 /// Pads \p line with blanks to \p n fields of 16 characters, or cuts it there.
 /// \param line  terminated; room for 16 \p n + 1 characters

@@ -41,14 +41,6 @@ void SkipSatellites(LineSource& text, short nsat, int ntypes) {
   }
 }
 
-short CountSatellites(std::string_view epochLine) {
-  unsigned short year, month, day, hour, minute;
-  long double second;
-  short nsat;
-  ParseFirstObsLine(epochLine, year, month, day, hour, minute, second, nsat);
-  return nsat;
-}
-
 } // namespace
 
 RINEX::RINEX(RINEXHeader& header, RINEXData& data)
@@ -73,7 +65,7 @@ void RINEX::CountRec(LineSource& text) {
   std::string_view line;
   while (text.Next(line, kRINEXLineLimit)) {
     if (!IsFirstObsLine(line)) continue;
-    const short nsat = CountSatellites(line);
+    const short nsat = SatellitesOfFirstObsLine(line);
     ++nepoch;
     if (nepoch == 1) IsTimeCorr = line.size() > kClockLongerThan;
     nobsall += static_cast<unsigned long>(nsat);

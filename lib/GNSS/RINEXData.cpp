@@ -3,14 +3,17 @@
 #include "GNSS/RINEXReading.h"
 #include "GNSS/RINEXf.h"
 #include "GNSS/TimeConverse.h"
+#include "ObsField.h"
 #include "PROGINC/EndProgram.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/TextNumber.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <iomanip>
 #include <iostream>
+#include <vector>
 
 namespace {
 
@@ -23,9 +26,6 @@ constexpr std::size_t kSatelliteListWidth = kSatelliteWidth * kSatellitesPerLine
 constexpr std::size_t kColTCorr = 68;
 constexpr std::size_t kTCorrWidth = 12;
 constexpr std::size_t kMaxSatellites = 99; // as ParseFirstObsLine counts them
-
-// A line of observations.
-constexpr std::size_t kFieldWidth = 16;
 
 constexpr long kSatelliteNumbers = 500;
 
@@ -54,27 +54,72 @@ auto FindTable(Data& data, Table (&tables)[N], unsigned short code)
   return code < N && tables[code] != nullptr ? &(data.*tables[code]) : nullptr;
 }
 
-// Where the values of one observation type go; nowhere for a type without a table. Every
-// table has a row for every record.
-class FieldSink {
+// The lines of one satellite, each with blanks up to five fields.
+class SatelliteLines {
 public:
-  FieldSink(RINEXData& data, unsigned short code) : wholeField_(code == kCodeS5) {
-    if (auto* table = FindTable(data, kObsTables, code)) obs_ = &(*table)(0);
-    if (auto* table = FindTable(data, kShortTables, code)) value_ = &(*table)(0);
+  explicit SatelliteLines(std::size_t types)
+      : starts_((types + kFieldsPerLine - 1) / kFieldsPerLine), padded_(starts_.size()) {}
+
+  // Returns false where the text ends before.
+  bool Read(LineSource& text) {
+    std::string_view line;
+    for (std::size_t n = 0; n < starts_.size(); ++n) {
+      if (!text.Next(line, kRINEXLineLimit)) return false;
+      starts_[n] = line.size() < kWidth ? Pad(line, padded_[n]) : line.data();
+    }
+    return true;
   }
-  void Take(std::string_view field, long record) const {
-    if (obs_ != nullptr) obs_[record] >> field;
-    if (value_ == nullptr) return;
-    if (wholeField_) // S5 has no flags: its digits may use the whole field
-      value_[record] = ToDouble(field);
-    else
-      value_[record] >> field;
+  // The characters of a line from a column on.
+  const char* Field(std::size_t line, std::size_t column) const { return starts_[line] + column; }
+
+private:
+  static constexpr std::size_t kWidth = kFieldsPerLine * kObsFieldWidth;
+  using Line = std::array<char, kWidth>;
+
+  static const char* Pad(std::string_view line, Line& padded) {
+    std::fill(std::copy(line.begin(), line.end(), padded.begin()), padded.end(), ' ');
+    return padded.data();
+  }
+
+  std::vector<const char*> starts_;
+  std::vector<Line> padded_; // those that the text has no five fields of
+};
+
+// Where the fields of one observation type are, and where their values go: a table that has a
+// row for every record.
+template <typename Value> struct Sink {
+  std::size_t line;
+  std::size_t column;
+  Value* values;
+};
+
+// The tables that the types of the header fill.
+class FieldSinks {
+public:
+  FieldSinks(RINEXData& data, const RINEXHeader& header) {
+    for (std::size_t j = 0; j < header.nobs; ++j) {
+      const unsigned short code = header.obs(static_cast<long>(j));
+      const std::size_t line = j / kFieldsPerLine;
+      const std::size_t column = j % kFieldsPerLine * kObsFieldWidth;
+      if (auto* table = FindTable(data, kObsTables, code))
+        obs_.push_back({line, column, &(*table)(0)});
+      if (auto* table = FindTable(data, kShortTables, code))
+        (code == kCodeS5 ? whole_ : short_).push_back({line, column, &(*table)(0)});
+    }
+  }
+  [[gnu::noinline]] void Take(const SatelliteLines& lines, long record) const {
+    for (const auto& sink : obs_)
+      ReadObsField(lines.Field(sink.line, sink.column), sink.values[record]);
+    for (const auto& sink : short_)
+      sink.values[record] = ObsValue(lines.Field(sink.line, sink.column));
+    for (const auto& sink : whole_)
+      sink.values[record] = ToDouble({lines.Field(sink.line, sink.column), kObsFieldWidth});
   }
 
 private:
-  gnssobs* obs_ = nullptr;
-  gnssobsshort* value_ = nullptr;
-  bool wholeField_;
+  std::vector<Sink<gnssobs>> obs_;
+  std::vector<Sink<gnssobsshort>> short_;
+  std::vector<Sink<gnssobsshort>> whole_; // S5 has no flags: its digits may use the whole field
 };
 
 // The satellites of one epoch, three characters each, from as many lines as they take.
@@ -114,15 +159,13 @@ short SatelliteNumber(std::string_view list, std::size_t k, short unknown) {
   return unknown;
 }
 
-// The filling pass over the text behind a header.
+// The filling pass over the text behind a header, into tables that have their size.
 class DataReader {
 public:
   DataReader(LineSource& text, RINEXData& data)
-      : text_(text), data_(data), header_(data.rhead), marker_(kSatelliteNumbers, 1) {
-    data_.SetData();
+      : text_(text), data_(data), header_(data.rhead), marker_(kSatelliteNumbers, 1),
+        lines_(header_.nobs), sinks_(data, header_) {
     data_.nComment = 0;
-    for (long j = 0; j < header_.nobs; ++j) sinks_.emplace_back(data_, header_.obs(j));
-    lines_.resize((sinks_.size() + kFieldsPerLine - 1) / kFieldsPerLine);
   }
 
   bool Read() {
@@ -175,16 +218,12 @@ private:
   }
 
   void ReadSatellite(std::size_t k) {
-    for (std::string_view& line : lines_)
-      if (!text_.Next(line, kRINEXLineLimit)) EndProgram();
+    if (!lines_.Read(text_)) EndProgram();
     const long r = record_++;
     short& sat = data_.sat(r); // beyond the counted records the container ends the program
     sat = SatelliteNumber(satellites_.Text(), k, sat);
     marker_(sat) = static_cast<unsigned short>(sat); // and so it does for a number of no system
-    for (std::size_t j = 0; j < sinks_.size(); ++j) {
-      const std::size_t column = j % kFieldsPerLine * kFieldWidth;
-      sinks_[j].Take(Columns(lines_[j / kFieldsPerLine], column, kFieldWidth), r);
-    }
+    sinks_.Take(lines_, r);
   }
 
   void Finish() {
@@ -210,9 +249,9 @@ private:
   LineSource& text_;
   RINEXData& data_;
   RINEXHeader& header_;
-  matrix<unsigned short> marker_;       // at each satellite number met, the number; else 0
-  std::vector<FieldSink> sinks_;        // of each type of the header
-  std::vector<std::string_view> lines_; // of one satellite
+  matrix<unsigned short> marker_; // at each satellite number met, the number; else 0
+  SatelliteLines lines_;
+  FieldSinks sinks_;
   SatelliteText satellites_;
   long epoch_ = 0;
   long record_ = 0;
@@ -329,7 +368,10 @@ void RINEXData::RINEXDataError(const char* text) const {
   EndProgram();
 }
 
-bool ReadRINEXData(LineSource& text, RINEXData& data) { return DataReader(text, data).Read(); }
+bool ReadRINEXData(LineSource& text, RINEXData& data) {
+  data.SetData();
+  return DataReader(text, data).Read();
+}
 
 std::istream& operator>>(std::istream& in, RINEXData& data) {
   LineSource text = LineSource::FromStream(in);

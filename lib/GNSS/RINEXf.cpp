@@ -35,8 +35,16 @@ bool Matches(char c, char pattern) {
   return c == pattern;
 }
 
+// The whole number in two columns, which as a rule are a digit and a digit or blank before it.
+int TwoColumns(std::string_view line, std::size_t column) {
+  const char tens = Column(line, column);
+  const char units = Column(line, column + 1);
+  if (!IsDigit(units) || !(IsDigit(tens) || tens == ' ')) return ToInt(Columns(line, column, 2));
+  return (tens == ' ' ? 0 : 10 * (tens - '0')) + (units - '0');
+}
+
 unsigned short TwoDigits(std::string_view line, std::size_t column) {
-  return static_cast<unsigned short>(ToInt(Columns(line, column, 2)));
+  return static_cast<unsigned short>(TwoColumns(line, column));
 }
 
 } // namespace
@@ -65,7 +73,11 @@ void ParseFirstObsLine(std::string_view line, unsigned short& year, unsigned sho
   hour = TwoDigits(line, kColHour);
   minute = TwoDigits(line, kColMinute);
   second = ToDouble(Columns(line, kColSecond, kSecondWidth));
-  count = static_cast<short>(std::max(0, ToInt(Columns(line, kColCount, 2))));
+  count = SatellitesOfFirstObsLine(line);
+}
+
+short SatellitesOfFirstObsLine(std::string_view line) {
+  return static_cast<short>(std::max(0, TwoColumns(line, kColCount)));
 }
 
 void FillObsLine(char* line, unsigned short n) {

@@ -1,35 +1,35 @@
 #include "GNSS/gnssobs.h"
 
-#include "PROGINC/LineSource.h"
-#include "PROGINC/TextNumber.h"
+#include "ObsField.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <iomanip>
+#include <iterator>
 #include <ostream>
 
 namespace {
 
-// One observation field of RINEX 2: F14.3, I1, I1.
-constexpr std::size_t kFieldWidth = 16;
-constexpr std::size_t kValueWidth = 14;
-constexpr std::size_t kColLli = 14;
-constexpr std::size_t kColSs = 15;
-
 constexpr double kPrintedAbove = 0.00001; // [m] or [cycles]; below, a gnssobs prints as missing
 
-std::string_view Field(const char* text) { return {text, strnlen(text, kFieldWidth)}; }
+// A field with the blanks that it is too short for.
+struct Padded {
+  char text[kObsFieldWidth];
+  explicit Padded(std::string_view field) {
+    std::fill(std::begin(text), std::end(text), ' ');
+    field.copy(text, kObsFieldWidth);
+  }
+};
 
-unsigned short FlagDigit(char c) { return static_cast<unsigned short>(c == ' ' ? 0 : c - '0'); }
+std::string_view Field(const char* text) { return {text, strnlen(text, kObsFieldWidth)}; }
 
 } // namespace
 
 gnssobs& gnssobs::operator>>(const char* field) { return *this >> Field(field); }
 
 gnssobs& gnssobs::operator>>(std::string_view field) {
-  obs = ToDouble(Columns(field, 0, kValueWidth));
-  lli = FlagDigit(Column(field, kColLli));
-  ss = FlagDigit(Column(field, kColSs));
+  ReadObsField(Padded(field).text, *this);
   return *this;
 }
 
@@ -59,7 +59,7 @@ std::ostream& operator<<(std::ostream& out, const gnssobs& g) {
 gnssobsshort& gnssobsshort::operator>>(const char* field) { return *this >> Field(field); }
 
 gnssobsshort& gnssobsshort::operator>>(std::string_view field) {
-  obs = ToDouble(Columns(field, 0, kValueWidth));
+  obs = ObsValue(Padded(field).text);
   return *this;
 }
 

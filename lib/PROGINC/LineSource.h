@@ -1,9 +1,11 @@
 #ifndef PROGINC_LINESOURCE_H
 #define PROGINC_LINESOURCE_H
 
+#include "matrix/LargeMemory.h"
+
 #include <cstddef>
 #include <iosfwd>
-#include <string>
+#include <memory>
 #include <string_view>
 
 /// The text of one input file, held in memory and handed out line by line.
@@ -14,11 +16,15 @@
 /// from then on nothing more is read, as if the file ended there.
 class LineSource {
 public:
-  /// Takes over \p text.
-  explicit LineSource(std::string text);
+  /// What a pipe or a device may give: it does not tell its length before, and may be endless.
+  static constexpr std::size_t kLongestStream = std::size_t{1} << 30;
+
+  /// Holds a copy of \p text.
+  explicit LineSource(std::string_view text);
   /// Reads the file \p name whole. One that can't be opened, or a directory, reads as empty;
-  /// IsOpen() tells it.
-  static LineSource FromFile(const char* name);
+  /// IsOpen() tells it. A file that memory does not hold, and a pipe or a device that gives more
+  /// than \p longestStream, end the program with a message.
+  static LineSource FromFile(const char* name, std::size_t longestStream = kLongestStream);
   /// Reads what is left of \p in.
   static LineSource FromStream(std::istream& in);
 
@@ -42,7 +48,7 @@ public:
   /// The file could be opened.
   bool IsOpen() const { return open_; }
   /// What has not been read yet.
-  std::string_view Rest() const { return std::string_view(text_).substr(at_); }
+  std::string_view Rest() const { return {text_.get() + at_, size_ - at_}; }
   /// Passes over \p n characters, line ends included, and no further than the end.
   void Advance(std::size_t n);
   /// Fails the source, as a conversion that found no number does.
@@ -51,7 +57,12 @@ public:
   void Rewind();
 
 private:
-  std::string text_;
+  LineSource() = default;
+  bool Reserve(std::size_t capacity);
+  bool TakeAll(std::istream& in, std::size_t expected, std::size_t longest);
+
+  std::unique_ptr<char[], FreeMemory> text_;
+  std::size_t size_ = 0; ///< of the text
   std::size_t at_ = 0;
   bool failed_ = false;
   bool open_ = true;
@@ -59,10 +70,14 @@ private:
 
 /// Characters \p first to \p first + \p n - 1 of \p line, counted from 0. What lies behind the
 /// end of the line is missing from the result, so a column there reads as blank.
-std::string_view Columns(std::string_view line, std::size_t first,
-                         std::size_t n = std::string_view::npos);
+inline std::string_view Columns(std::string_view line, std::size_t first,
+                                std::size_t n = std::string_view::npos) {
+  return first < line.size() ? line.substr(first, n) : std::string_view{};
+}
 /// The character at \p column (from 0), a blank behind the end of the line.
-char Column(std::string_view line, std::size_t column);
+inline char Column(std::string_view line, std::size_t column) {
+  return column < line.size() ? line[column] : ' ';
+}
 /// Without leading and trailing blanks (the blank character alone).
 std::string_view Trimmed(std::string_view text);
 /// \p label occurs anywhere in \p line.
@@ -71,6 +86,28 @@ bool Contains(std::string_view line, std::string_view label);
 template <std::size_t N> void CopyText(std::string_view text, char (&out)[N]) {
   const std::size_t n = text.copy(out, N - 1);
   out[n] = '\0';
+}
+
+inline bool LineSource::Next(std::string_view& line, std::size_t limit) {
+  line = {};
+  const std::string_view rest = Rest();
+  if (failed_ || rest.empty()) {
+    failed_ = true;
+    return false;
+  }
+  const std::size_t end = rest.find('\n');
+  line = rest.substr(0, end);
+  at_ += end == std::string_view::npos ? rest.size() : end + 1;
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  if (line.size() <= limit) return true;
+  line = line.substr(0, limit);
+  failed_ = true;
+  return false;
+}
+
+inline bool LineSource::Skip(std::size_t limit) {
+  std::string_view ignored;
+  return Next(ignored, limit);
 }
 
 #endif

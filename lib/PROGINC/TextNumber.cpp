@@ -9,12 +9,13 @@
 
 namespace {
 
+bool IsSpace(char c) { return c == ' ' || ('\t' <= c && c <= '\r'); }
+
 /// \p text behind white space and a plus sign, which from_chars does not pass over. Empty where
 /// the plus sign is followed by another sign, which is no number.
 std::string_view FromNumber(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\n\v\f\r");
-  if (first == std::string_view::npos) return {};
-  text.remove_prefix(first);
+  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
+  if (text.empty()) return {};
   if (text.front() != '+') return text;
   text.remove_prefix(1);
   return text.empty() || text.front() == '-' ? std::string_view{} : text;

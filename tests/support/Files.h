@@ -2,36 +2,13 @@
 #define SUPPORT_FILES_H
 
 #include "support/Paths.h"
+#include "support/ScratchFolder.h"
 
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
-
-/// A folder of its own for one test, removed at the end of the test.
-class ScratchFolder {
-public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zenta-test-XXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~ScratchFolder() { std::filesystem::remove_all(path_); }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  const std::filesystem::path& Path() const { return path_; }
-  /// Full name of \p file in the folder.
-  std::string Name(const std::string& file) const { return (path_ / file).string(); }
-  /// Writes \p text into \p file. \returns its full name.
-  std::string Write(const std::string& file, const std::string& text) const {
-    std::ofstream(Name(file), std::ios::binary) << text;
-    return Name(file);
-  }
-
-private:
-  std::filesystem::path path_;
-};
 
 /// The bytes of a file; empty when it can't be read.
 inline std::string ReadWhole(const std::string& name) {

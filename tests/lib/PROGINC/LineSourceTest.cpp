@@ -1,8 +1,14 @@
 #include "PROGINC/LineSource.h"
 
+#include "support/Ends.h"
 #include "support/Files.h"
 
+#include <fstream>
 #include <sstream>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
 
 namespace {
 
@@ -57,6 +63,42 @@ TEST(LineSource, StreamIsTakenFromWhereItStands) {
   std::getline(in, first);
   EXPECT_EQ(LineSource::FromStream(in).Rest(), "second\n");
 }
+
+TEST(LineSource, LongTextsAreReadWholeFromFilesAndStreams) {
+  const ScratchFolder folder;
+  std::string text;
+  while (text.size() < 5'000'000) text += std::to_string(text.size()) + "\n";
+  EXPECT_TRUE(LineSource::FromFile(folder.Write("long", text).c_str()).Rest() == text);
+  std::istringstream in(text);
+  EXPECT_TRUE(LineSource::FromStream(in).Rest() == text);
+}
+
+TEST(LineSource, PipeIsReadToItsEnd) {
+  const ScratchFolder folder;
+  const std::string pipe = folder.Name("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::string text(300000, 'x');
+  std::thread writer([&] { std::ofstream(pipe) << text; });
+  EXPECT_TRUE(LineSource::FromFile(pipe.c_str()).Rest() == text);
+  writer.join();
+}
+
+TEST(LineSourceDeathTest, EndlessDeviceEndsTheProgram) {
+  EXPECT_ENDS(LineSource::FromFile("/dev/zero", 1000000),
+              "Zenta: Error -> FILE /dev/zero IS TOO LARGE TO BE READ! ");
+  EXPECT_ENDS(LineSource::FromFile("/dev/full", 1000000), "FILE /dev/full IS TOO LARGE");
+}
+
+#ifndef __SANITIZE_ADDRESS__ // which ends the process itself where memory does not suffice
+TEST(LineSourceDeathTest, FileThatMemoryDoesNotHoldEndsTheProgram) {
+  const ScratchFolder folder;
+  const std::string name = folder.Write("sparse", "");
+  std::filesystem::resize_file(name, std::uintmax_t{1} << 32);
+  const rlimit oneGigabyte{1U << 30, 1U << 30};
+  EXPECT_ENDS(setrlimit(RLIMIT_AS, &oneGigabyte);
+              LineSource::FromFile(name.c_str()), "sparse IS TOO LARGE TO BE READ! ");
+}
+#endif
 
 TEST(LineSource, ColumnsBehindTheEndAreBlank) {
   EXPECT_EQ(Columns("abcdef", 2, 3), "cde");
