@@ -7,12 +7,12 @@
 #include "matrix/inv.h"
 
 #include "reference/inv_plain.h"
+#include "support/Medians.h"
 #include "support/NormalMatrices.h"
 #include "support/SameBits.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -124,26 +124,6 @@ void BM_registers(benchmark::State& state) {
 }
 #endif
 
-/// Prints what ConsoleReporter prints, and remembers the medians.
-class MedianReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs)
-      if (run.aggregate_name == "median")
-        medians_[run.run_name.function_name] =
-            run.GetAdjustedCPUTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
-  }
-  /// [s]; 0 where it was not run.
-  double Median(const std::string& name) const {
-    const auto found = medians_.find(name);
-    return found == medians_.end() ? 0 : found->second;
-  }
-
-private:
-  std::map<std::string, double> medians_;
-};
-
 void PrintRatio(double time, double ofTime) {
   if (time > 0 && ofTime > 0)
     std::printf("%12.2f", time / ofTime);
@@ -151,17 +131,17 @@ void PrintRatio(double time, double ofTime) {
     std::printf("%12s", "-");
 }
 
-void PrintRatios(const std::vector<Subject>& subjects, const MedianReporter& medians) {
+void PrintRatios(const std::vector<Subject>& subjects, const Medians& medians) {
   std::printf("\n%-16s%12s%12s%12s%22s\n", "", "inv [ms]", "plain/inv", "Eigen/inv",
               "share of registers");
   for (const Subject& subject : subjects) {
-    const double time = medians.Median("inv/" + subject.name);
+    const double time = medians.Of("inv/" + subject.name);
     if (time == 0) continue; // filtered out
     std::printf("%-16s%12.3f", subject.name.c_str(), time * 1e3);
-    PrintRatio(medians.Median("inv_plain/" + subject.name), time);
-    PrintRatio(medians.Median("Eigen/" + subject.name), time);
+    PrintRatio(medians.Of("inv_plain/" + subject.name), time);
+    PrintRatio(medians.Of("Eigen/" + subject.name), time);
 #ifdef __x86_64__
-    const double pair = medians.Median("registers") / static_cast<double>(kRegisterPairs);
+    const double pair = medians.Of("registers") / static_cast<double>(kRegisterPairs);
     if (subject.isDense && pair > 0)
       std::printf("%20.0f %%", 100 * pair * DensePairs(subject.N.NRow()) / time);
 #endif
@@ -172,16 +152,6 @@ void PrintRatios(const std::vector<Subject>& subjects, const MedianReporter& med
 } // namespace
 
 int main(int argc, char** argv) {
-  std::vector<std::string> defaults{
-      "--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=9",
-      "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.1"};
-  std::vector<char*> arguments{argv[0]};
-  for (std::string& argument : defaults) arguments.push_back(argument.data());
-  arguments.insert(arguments.end(), argv + 1, argv + argc);
-  int count = static_cast<int>(arguments.size());
-  benchmark::Initialize(&count, arguments.data());
-  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
-
   const std::vector<Subject> subjects = Subjects();
   for (const Subject& subject : subjects) {
     if (SameBits(inv(subject.N), inv_plain(subject.N)) && !invns::IsSingular) continue;
@@ -205,7 +175,7 @@ int main(int argc, char** argv) {
   benchmark::RegisterBenchmark("registers", BM_registers)->Unit(benchmark::kMillisecond);
 #endif
 
-  MedianReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  PrintRatios(subjects, reporter);
+  Medians medians;
+  if (!medians.RunAll(argc, argv)) return 1;
+  PrintRatios(subjects, medians);
 }
