@@ -29,7 +29,7 @@ nav{display:flex;flex-wrap:wrap;gap:.25rem 1.25rem;margin:1rem 0}
 a{color:var(--gps)}
 .cards{display:grid;grid-template-columns:repeat(auto-fit,minmax(11.5rem,1fr));gap:1rem;margin:1.5rem 0}
 .card{border:1px solid var(--faint);border-radius:.5rem;padding:.75rem 1rem}
-.card b{display:block;white-space:nowrap;font-size:1.25rem;line-height:1.3;font-weight:600}
+.card b{display:block;font-size:1.2rem;line-height:1.3;font-weight:600}
 .card span{font-size:.875rem;opacity:.75}
 figure{margin:1rem 0 2rem}
 figure{overflow-x:auto}
