@@ -103,9 +103,10 @@ std::optional<Picture> DelayPicture(const ViewData& data) {
   Picture p;
   p.name = "delay";
   p.title = "Vertical ionospheric delay";
-  p.caption =
-      "Line: piece-wise linear delay with a band of three formal errors, joined between the "
-      "nodes.";
+  p.caption = "Line: piece-wise linear delay with a band of three formal errors.";
+  if (r.settings.estimatesGradients)
+    p.caption += " With gradients, the constraint between two intervals stands on the gradient "
+                 "towards east, so that the pieces do not join.";
   p.height = 400;
   Extent shown;
   for (std::size_t i = 0; i < r.intervals.size(); ++i) {

@@ -77,6 +77,12 @@ TEST(DelayPicture, MarksInMetresAreRound) {
       << step[1];
 }
 
+TEST(DelayPicture, SaysThatPiecesDoNotJoinWithGradients) {
+  EXPECT_NE(DelayPicture(DataOf("full/report.txt"))->caption.find("do not join"),
+            std::string::npos);
+  EXPECT_EQ(DelayPicture(DataOf("phase.txt"))->caption.find("do not join"), std::string::npos);
+}
+
 // Wide marks would push a label of the axis out of the picture.
 TEST(GradientPicture, LabelsOfPanelsStandAtTheLeftEdge) {
   const std::string script = GradientPicture(DataOf("full/report.txt"))->script;
