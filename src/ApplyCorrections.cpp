@@ -19,10 +19,9 @@ namespace {
 constexpr int kColTGD = 25;         // [s] of a GPS broadcast record
 constexpr int kColFreqChannel = 10; // of a GLONASS broadcast record
 
-// GLONASS ICD: 0 to 24 at first, -7 to 6 since 2005. On others the wavelengths soon lose their
-// sense.
-constexpr int kLowestChannel = -7;
-constexpr int kHighestChannel = 24;
+// Below it the frequency of L1 would not be positive; far above, the wavelengths vanish.
+constexpr int kLowestChannel = -2847;
+constexpr int kHighestChannel = 1000000;
 
 bool IsGlonassSlot(short sat) { return sat > 100 && sat <= 199; }
 
@@ -34,7 +33,7 @@ void WarnNoChannel(short sat, const char* source) {
   ProgramWarning("Zenta", text);
 }
 
-/// \p k, or channel 0 with a warning where no satellite sends on \p k.
+/// \p k as it is listed, or channel 0 with a warning where \p k has no wavelength.
 long double KnownChannel(long double k, short sat, const char* source) {
   if (k >= kLowestChannel && k <= kHighestChannel) return k;
   char text[160];

@@ -278,7 +278,9 @@ void RINEXHeader::RINEXHeaderReset() {
 }
 
 void RINEXHeader::GetObsString(unsigned short code, char* out) const {
-  if (code < kNTypes) std::strcpy(out, kTypes[code].name);
+  if (code >= kNTypes) return;
+  const std::string_view name = kTypes[code].name;
+  out[name.copy(out, kTypeWidth)] = '\0';
 }
 
 void RINEXHeader::RINEXHeaderWarning(const char* text) const {

@@ -108,7 +108,7 @@ GPSws ymdhms2GPSws(const ymdhms& t) {
   const long week = days / 7;
   const double fraction =
       static_cast<double>(((t.GetSecond() / 60 + t.GetMinute()) / 60 + t.GetHour()) / 24);
-  const double second = (static_cast<double>(days - 7 * week) + fraction) * kDaySeconds;
+  const double second = (static_cast<double>(days - 7L * week) + fraction) * kDaySeconds;
   return GPSws(WholePart<unsigned short>(static_cast<long double>(week)), second);
 }
 

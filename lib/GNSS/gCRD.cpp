@@ -55,7 +55,7 @@ bool IsDataLine(std::string_view line) { return !line.empty() && Column(line, kC
 template <typename Use> void ForEachDataLine(LineSource& source, Use use) {
   std::string_view line;
   bool more = source.Next(line, kLineLimit);
-  while (more && line.front() == '#') more = source.Next(line, kLineLimit);
+  while (more && Column(line, 0) == '#') more = source.Next(line, kLineLimit);
   while (more && IsDataLine(line) && !use(line)) more = source.Next(line, kLineLimit);
 }
 

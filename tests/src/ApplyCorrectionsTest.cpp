@@ -137,8 +137,11 @@ const char* const kList = "R05       2011 01 01 00 00 00  2011 10 10 00 00 00 -2
 TEST(SetGlonassFrequency, ListAnswersForTheFirstEpoch) {
   Channels run({105, 106});
   run.List(kList);
+  run.data.epoch.Resize(2, 1);
+  run.data.epoch(0) = ymdhms2mjd(ymdhms(2011, 10, 10, 0, 0, 0)); // the last second of -2
+  run.data.epoch(1) = ymdhms2mjd(ymdhms(2011, 10, 10, 0, 0, 1));
   SetGlonassFrequency(run.ctx);
-  EXPECT_EQ(Channels::Channel(5), -2); // to the very second
+  EXPECT_EQ(Channels::Channel(5), -2);
   EXPECT_EQ(Channels::Channel(6), 6);
   EXPECT_EQ(Channels::Channel(7), -2848);
   EXPECT_EQ(run.errors.Text(), "");
@@ -190,8 +193,18 @@ TEST(SetGlonassFrequency, ChannelsThatGlonassHadAreTaken) {
 }
 
 // On channel -2848 a satellite would send on frequency 0.
-TEST(SetGlonassFrequency, OtherChannelsAreWarnedAboutAndCountAsZero) {
-  for (const int k : {-2848, -8, 25}) {
+TEST(SetGlonassFrequency, ChannelsAreTakenAsTheyAreListed) {
+  for (const int k : {-8, 25, 249}) { // 249: -7 in eight bits, as some records have it
+    Channels run({105});
+    run.Broadcast({k});
+    SetGlonassFrequency(run.ctx);
+    EXPECT_EQ(run.errors.Text(), "");
+    EXPECT_EQ(Channels::Channel(5), k);
+  }
+}
+
+TEST(SetGlonassFrequency, ChannelsWithoutAWavelengthAreWarnedAboutAndCountAsZero) {
+  for (const int k : {-100000, -2848, 1000001}) {
     const std::string number = std::to_string(k);
     Channels broadcast({105});
     broadcast.Broadcast({k});

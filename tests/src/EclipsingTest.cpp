@@ -202,6 +202,13 @@ TEST(GetEclipsing, TypesThatTheHeaderLacksAreLeftAlone) {
   GetEclipsing(phaseOfL1.ctx);
   EXPECT_TRUE(phaseOfL1.data.L1(0).IsNull());
   EXPECT_EQ(phaseOfL1.ctx.NEclipsSat, 1);
+  Season phaseOfL2(Angles{{1, 10}});
+  phaseOfL2.header.iL1 = phaseOfL2.header.iL4 = false;
+  phaseOfL2.data.L1.Resize(0, 0);
+  phaseOfL2.data.L4.Resize(0, 0);
+  GetEclipsing(phaseOfL2.ctx);
+  EXPECT_TRUE(phaseOfL2.data.L2(0).IsNull());
+  EXPECT_EQ(phaseOfL2.ctx.NEclipsSat, 1);
 }
 
 TEST(GetEclipsing, SatelliteWithoutOrbitOrSystemIsKept) {

@@ -21,10 +21,9 @@ double Multipath::Value(int signal, double elevation) const {
   return Rounded(amplitude_ * std::exp(-elevation / (20 * kDegree)) * sum, 4);
 }
 
-Compact2Writer::Compact2Writer(const mjd& first, double interval) {
-  text_ = fmt::format("COMPACT2\nT_SAMP {:10.4f}\nSTART_TIME_MJD  {:.12f}\n", interval,
-                      static_cast<double>(first.GetMJDDec()));
-}
+Compact2Writer::Compact2Writer(const mjd& first, double interval)
+    : text_(fmt::format("COMPACT2\nT_SAMP {:10.4f}\nSTART_TIME_MJD  {:.12f}\n", interval,
+                        static_cast<double>(first.GetMJDDec()))) {}
 
 void Compact2Writer::Add(long k, const std::vector<Value>& values) {
   for (; next_ < k; ++next_) text_ += "0\n";

@@ -45,8 +45,8 @@ Sky::Sky(const std::string& gpsNavigation, const std::string& glonassNavigation,
     for (long k = 0; k < glonass_.rdata.satList.NRow(); ++k)
       satellites_.push_back(static_cast<short>(100 + glonass_.rdata.satList(k)));
   }
-  begin_ = std::floor(first / kStep - kPoints / 2) * kStep;
-  nodes_ = static_cast<std::size_t>(std::ceil((last - begin_) / kStep)) + kPoints / 2 + 1;
+  begin_ = std::floor(first / kStep - kHalf) * kStep;
+  nodes_ = static_cast<std::size_t>(std::ceil((last - begin_) / kStep)) + kHalf + 1;
   for (const short sat : satellites_) tracks_.push_back(Evaluated(sat, observer, day0));
 }
 
@@ -73,7 +73,7 @@ std::vector<Sky::Node> Sky::Evaluated(short sat, const Observer& observer, unsig
 void Sky::SetTime(double t) {
   const double nodes = (t - begin_) / kStep;
   const double start =
-      std::clamp(std::floor(nodes) - kPoints / 2 + 1, 0.0, static_cast<double>(nodes_ - kPoints));
+      std::clamp(std::floor(nodes) - kHalf + 1, 0.0, static_cast<double>(nodes_ - kPoints));
   at_ = static_cast<std::size_t>(start);
   const double u = nodes - start;
   for (int k = 0; k < kPoints; ++k) {

@@ -61,9 +61,10 @@ public:
   const std::vector<short>& Satellites() const { return satellites_; }
 
 private:
-  static constexpr double kStep = 300; ///< [s]
-  static constexpr int kPoints = 10;   ///< nodes of an interpolation
-  using Node = std::array<double, 5>;  ///< x, y, z, range, clock
+  static constexpr double kStep = 300;      ///< [s]
+  static constexpr int kPoints = 10;        ///< nodes of an interpolation
+  static constexpr int kHalf = kPoints / 2; ///< of them on either side
+  using Node = std::array<double, 5>;       ///< x, y, z, range, clock
   std::vector<Node> Evaluated(short sat, const Observer& observer, unsigned int day0);
 
   GPSbEph gps_;

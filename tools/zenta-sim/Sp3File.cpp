@@ -23,7 +23,7 @@ static std::string Calendar(const mjd& epoch) {
 
 /// Five lines of 17 places of three columns: \p first begins the first line, the others begin
 /// with its first two characters; places behind the last entry hold 0.
-static std::string Table(std::string first, const std::vector<std::string>& entries) {
+static std::string Table(const std::string& first, const std::vector<std::string>& entries) {
   std::string text;
   for (std::size_t k = 0; k < 85; ++k) {
     if (k % 17 == 0) text += k == 0 ? first : fmt::format("\n{:<9}", first.substr(0, 2));
@@ -43,7 +43,7 @@ static std::string Header(const EpochGrid& grid, const std::vector<short>& satel
   std::vector<std::string> names, accuracies;
   for (const short sat : satellites) {
     names.push_back(SatelliteName(sat));
-    accuracies.push_back("  4");
+    accuracies.emplace_back("  4");
   }
   text += Table(fmt::format("+  {:3}   ", satellites.size()), names);
   text += Table("++       ", accuracies);

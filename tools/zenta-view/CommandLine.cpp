@@ -150,6 +150,7 @@ void View(const Options& o) {
   const ViewData data = ReadAll(o);
   const std::vector<Picture> pictures = PicturesOf(data);
   std::vector<DrawnPicture> drawn;
+  drawn.reserve(pictures.size());
   for (const Picture& p : pictures) drawn.push_back({p, DrawForPage(p)});
   const std::string page = PageOf(data, drawn);
   const std::string name =

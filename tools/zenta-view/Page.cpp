@@ -294,9 +294,9 @@ std::string StatisticsTable(const Report& r) {
       {"Observations, counted over all iterations", fmt::format("{}", s.observations)},
       {"Outliers", fmt::format("{}", s.outliers)}};
   if (a.eliminated)
-    pairs.push_back({"Reference deviation before outliers were taken out",
-                     Fixed(a.iterated.deviation, 3) + " m"});
-  pairs.push_back({"Reference deviation", Fixed(a.Last().deviation, 3) + " m"});
+    pairs.emplace_back("Reference deviation before outliers were taken out",
+                       Fixed(a.iterated.deviation, 3) + " m");
+  pairs.emplace_back("Reference deviation", Fixed(a.Last().deviation, 3) + " m");
   return Pairs(pairs);
 }
 

@@ -74,6 +74,7 @@ TEST(ClkErr, NotANumberCountsAsNoNumber) {
 TEST(ClkErr, HeaderKeyGivesTheGpsGlonassOffset) {
   EXPECT_TRUE(
       Near(ClkErrPeer::GpsGln(Read("GPS_GLONASS: -123.25 ns\nEND OF HEADER\n")), -123.25L, 0));
+  EXPECT_EQ(ClkErrPeer::GpsGln(Read("GPS_GLONASS:7\nEND OF HEADER\n")), 7);
   EXPECT_EQ(ClkErrPeer::GpsGln(Read("END OF HEADER\nGPS_GLONASS: 7\n")), 0);
 }
 

@@ -81,6 +81,17 @@ TEST(DCB, NanosecondsAreStoredInSeconds) {
   EXPECT_TRUE(Near(rms, 0.012e-9L, 1e-24L));
 }
 
+TEST(DCB, ValueIsReadFromColumn27AndRmsFromColumn39) {
+  //                                      1         2         3
+  //                             123456789012345678901234567890123456789
+  const DCB dcb = Read(kHeader + "G05                      9123456.707   91.012\n" + //
+                       "G06                      9-7         912      \n");
+  EXPECT_TRUE(Near(dcb.GetDCBVAL(5), 123456.707e-9L, 1e-18L));
+  EXPECT_TRUE(Near(dcb.GetDCBRMS(5), 91.012e-9L, 1e-18L));
+  EXPECT_TRUE(Near(dcb.GetDCBVAL(6), -7e-9L, 1e-18L));
+  EXPECT_TRUE(Near(dcb.GetDCBRMS(6), 12e-9L, 1e-18L));
+}
+
 TEST(DCB, BlankTensDigitIsNoSatelliteLineButReadsAsZero) {
   EXPECT_FALSE(DCBPeer::IsSatelliteLine("G 5   "));
   EXPECT_EQ(DCBPeer::ParseSatelliteNum("G 5   "), 5);

@@ -82,6 +82,25 @@ TEST_F(gCRDTest, HeaderIsNotNeeded) {
   ExpectFound("BRUS", "13101M004");
 }
 
+TEST_F(gCRDTest, CoordinatesBeginInTheirColumns) {
+  const std::string line = Line()
+                               .Put(1, "   1")
+                               .Put(6, "BRUS")
+                               .Put(87, "91000000.0000")
+                               .Put(102, "92000000.2500")
+                               .Put(117, "93000000.5000")
+                               .End();
+  Open(line);
+  ExpectAt(crd.GetCRD("BRUS", "", in2005), 1000000, 2000000.25L, 3000000.5L);
+}
+
+TEST_F(gCRDTest, FirstLineWithoutACharacterEndsTheReading) {
+  Open("\n" + Station("BRUS", "").End());
+  ExpectMissing("BRUS", "");
+  Open(kHeader + "\n" + Station("BRUS", "").End());
+  ExpectMissing("BRUS", "");
+}
+
 TEST_F(gCRDTest, EmptyNumberMatchesAny) {
   Open(Station("BRUS", "").End());
   ExpectFound("BRUS", "13101M004");

@@ -153,7 +153,7 @@ TEST(ApplyMultipath, WithoutFilesNothingHappens) {
 
 TEST(ApplyMultipath, EpochsWithinAMillisecondAreMatched) {
   for (const auto& [offset, matched] :
-       {std::pair{0.0005L, true}, {-0.0005L, true}, {0.002L, false}, {-0.002L, false}}) {
+       {std::pair{0.0009L, true}, {-0.0009L, true}, {0.0011L, false}, {-0.0011L, false}}) {
     Store store({{30 + offset, {{5, 1001, 2001, 3001}}}});
     ApplyMultipath(store.header, store.data,
                    Multipath("1 G05\n   0.500  \n-1\n   0.250  \n-1\n   0.125  \n"), kNone, true,

@@ -60,6 +60,14 @@ TEST(CompactTEQC, ValuesAreStoredEpochByEpoch) {
   EXPECT_TRUE(Near(Seconds(file, 1), 30, 1e-9L));
 }
 
+TEST(CompactTEQC, HeaderNumbersFollowTheirLabels) {
+  const CompactTEQC file =
+      Read("COMPACT2\nT_SAMP15.0\nSTART_TIME_MJD55844.25\n0\n1 G05\n   0.500  \n");
+  EXPECT_EQ(file.GetInterval(), 15.0F);
+  ASSERT_EQ(file.NEph(), 1);
+  EXPECT_TRUE(Near(Seconds(file, 0), 15, 1e-9L));
+}
+
 TEST(CompactTEQC, MinusOneRepeatsTheLastListAlsoAcrossEpochsWithoutData) {
   const CompactTEQC file = Read(kHeader + "2 G05 R12\n   1.000     2.000  \n"
                                           "-1\n   3.000     4.000  \n"
