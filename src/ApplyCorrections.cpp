@@ -21,7 +21,7 @@ constexpr int kColFreqChannel = 10; // of a GLONASS broadcast record
 
 // Below it the frequency of L1 would not be positive; far above, the wavelengths vanish.
 constexpr int kLowestChannel = -2847;
-constexpr int kHighestChannel = 1000000;
+constexpr int kHighestChannel = 99999;
 
 bool IsGlonassSlot(short sat) { return sat > 100 && sat <= 199; }
 

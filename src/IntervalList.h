@@ -27,13 +27,11 @@ public:
     at_ -= 2;
     Put(last);
   }
-  /// The \p k-th pair from the start; (0, 0) where no whole pair is.
-  std::pair<long, long> Get(std::size_t k) const {
-    if (2 * k + 1 >= numbers_.size()) return {0, 0};
-    return {numbers_[2 * k], numbers_[2 * k + 1]};
-  }
+  /// The \p k-th pair from the start, 0 for what is not there.
+  std::pair<long, long> Get(std::size_t k) const { return {Number(2 * k), Number(2 * k + 1)}; }
 
 private:
+  long Number(std::size_t i) const { return i < numbers_.size() ? numbers_[i] : 0; }
   void Put(long number) {
     if (spoilt_) return;
     if (at_ == numbers_.size()) numbers_.push_back(0);

@@ -131,7 +131,7 @@ struct Range {
 };
 constexpr Range kElevations = {0, 90}; // [degree]
 constexpr Range kLimits = {0, std::numeric_limits<float>::max()};
-constexpr Range kIterations = {1, 1000};
+constexpr Range kIterations = {1, std::numeric_limits<int>::max()};
 constexpr Range kIntervals = {0, 100 * 3600}; // [s] hours have two digits
 
 /// Where the number \p given by \p arg is out of \p range, warns and names the one in use.
@@ -142,12 +142,18 @@ template <typename T> void CheckNumber(const char* arg, double given, Range rang
   Warn(text.str());
 }
 
-/// The number behind a two-letter option, as it stands there; nan without one.
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+
+/// The number behind a two-letter option, as it stands there; kNoNumber without one. One that is
+/// infinite, beyond single precision or called "nan" ends the program: 0, as text without a number
+/// counts, would turn the meaning of a limit round.
 double GivenNumber(const char* arg) {
   const char* const text = arg + 3;
   char* end = nullptr;
   const double number = std::strtod(text, &end);
-  return end == text ? std::numeric_limits<double>::quiet_NaN() : number;
+  if (end == text) return kNoNumber;
+  if (!(std::fabs(number) <= kLimits.highest)) Fail("NUMBER NOT FINITE: " + std::string(arg) + "!");
+  return number;
 }
 
 /// The number behind a two-letter option. Converted in single precision, so that 10.1 becomes
@@ -182,16 +188,19 @@ void ParseObservationTypes(KorvanC& ctx, std::string_view arg) {
 
 void ParseInterval(KorvanC& ctx, const char* arg) {
   ctx.IonoInterval = ParseHMS(arg, 3);
-  CheckNumber(arg, std::isnan(GivenNumber(arg)) ? -1 : static_cast<double>(ctx.IonoInterval),
-              kIntervals, ctx.IonoInterval);
+  const std::string_view text(arg + 3); // may lack any of its parts
+  const bool isTime = text.empty() || text.find_first_of("0123456789") != std::string_view::npos;
+  CheckNumber(arg, isTime ? static_cast<double>(ctx.IonoInterval) : kNoNumber, kIntervals,
+              ctx.IonoInterval);
   if (ctx.verbose)
     std::cerr << kPrefix << "Ionospheric delay estimation time interval: " << ctx.IonoInterval
               << " s!\n";
 }
 
 void ParseMaxIterations(KorvanC& ctx, const char* arg) {
-  ctx.MaxIter = std::min(ParseInteger(arg, 3), static_cast<int>(kIterations.highest));
-  CheckNumber(arg, GivenNumber(arg), kIterations, ctx.MaxIter);
+  ctx.MaxIter = ParseInteger(arg, 3);
+  const bool isTaken = GivenNumber(arg) == ctx.MaxIter;
+  CheckNumber(arg, isTaken ? ctx.MaxIter : kNoNumber, kIterations, ctx.MaxIter);
   Report(ctx, "Maximum number of iteration: ", ctx.MaxIter);
 }
 

@@ -164,7 +164,7 @@ ymdhms CalendarEpoch(const KorvanC& ctx, long i) { return mjd2ymdhms(ctx.rnxd.ep
 
 void PrintAmbiguities(const KorvanC& ctx) {
   const std::string rule = "   " + Dashes(106) + '\n';
-  std::cout << "  PHASE L4 AMBIGUITIES (REAL VALUES):\n  " << Dashes(35) << "\n\n"
+  std::cout << "  PHASE L4 AMBIGUITIES (REAL VALUES):\n  " << Dashes(35) << "\n"
             << "    Number of all ambiguities: " << setw(10) << ctx.nAmb << "\n\n"
             << "    ID     PRN        START_EPOCH              END_EPOCH                     "
                "L4 AMBIGUITY[m]       #OBS/AMBIG\n"

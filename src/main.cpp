@@ -63,7 +63,7 @@ int main(int argc, const char** argv) {
   PrintResults(ctx);
   PrintRes(ctx);
   ProcIonoEph(ctx);
-  RequireStandardOutput();
+  FlushStandardOutput();
 
   ctx.EndProg();
   return 0;

@@ -39,6 +39,7 @@ public:
   /// rest to the second, which is brought back into the week when it falls below 0, but not
   /// when it reaches 604800: 604000 s added to second 600000 leave week and second 1204000.
   GPSws& operator+=(long double ds);
+  GPSws& operator+=(double ds) { return *this += static_cast<long double>(ds); }
   /// Moves the instant by \p n weeks.
   GPSws& operator+=(unsigned short n);
 

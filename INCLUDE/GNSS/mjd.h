@@ -44,9 +44,10 @@ public:
 
   /// Moves the instant by \p ds [s] of either sign, over midnight if need be; a result within
   /// 1e-12 s of the day's end is the next midnight. Shifts of 2^63 s and more are not split
-  /// into days, so that the second leaves its range. Seconds are shifted by long double, days by
-  /// long: a plain 1.0 or 1 would be ambiguous.
+  /// into days, so that the second leaves its range. Seconds are shifted by floating-point numbers,
+  /// days by long: a plain 1 would be ambiguous.
   mjd& operator+=(long double ds);
+  mjd& operator+=(double ds) { return *this += static_cast<long double>(ds); }
   /// Moves the instant by \p n days.
   mjd& operator+=(long n);
   mjd& operator-=(long n);

@@ -10,7 +10,7 @@
 /// - Memory that can't be had ends the program with a message.
 void GuardRun();
 
-/// Ends the program with a message where not all of the reports reached standard output.
-void RequireStandardOutput();
+/// Warns where not all of the reports reached standard output. The exit status stays as it is.
+void FlushStandardOutput();
 
 #endif

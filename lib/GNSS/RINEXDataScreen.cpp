@@ -39,6 +39,7 @@ constexpr int kOutlier = 6;
 constexpr double kNoValue = 0.0001; // [m]
 
 void WriteArcs(const char* name, const Arcs& arcs) {
+  if (*name == '\0') return; // no file was asked for
   std::string bytes;
   bytes.reserve(arcs.size() * kArcSize);
   for (const PhaseArc& arc : arcs) {

@@ -20,6 +20,8 @@ bool StandsBetweenDigits(char mark, std::string_view text) {
 } // namespace
 
 bool HasDecimalCommas(std::string_view text) {
+  const std::size_t heading = text.find("END OF HEADER");
+  if (heading != std::string_view::npos) text.remove_prefix(heading);
   return StandsBetweenDigits(',', text) && !StandsBetweenDigits('.', text);
 }
 

@@ -1,12 +1,10 @@
 #include "PROGINC/EndProgram.h"
 
-#include "ProgramMessage.h"
+#include "PROGINC/RunGuards.h"
 
 #include <cstdlib>
-#include <iostream>
 
 void EndProgram() {
-  // Reports of the classes go there as well: without this line their loss would be silent.
-  if (!std::cout.flush()) WriteProgramError("Zenta", "STANDARD OUTPUT CAN NOT BE WRITTEN!");
+  FlushStandardOutput(); // reports of the classes go there: without this their loss would be silent
   std::exit(EXIT_FAILURE);
 }

@@ -1,6 +1,5 @@
 #include "PROGINC/RunGuards.h"
 
-#include "PROGINC/EndProgram.h"
 #include "PROGINC/ProgramError.h"
 
 #include <csignal>
@@ -28,6 +27,6 @@ void GuardRun() {
   std::set_new_handler([] { ProgramError("Zenta", "OUT OF MEMORY!"); });
 }
 
-void RequireStandardOutput() {
-  if (!std::cout.flush()) EndProgram();
+void FlushStandardOutput() {
+  if (!std::cout.flush()) ProgramWarning("Zenta", "STANDARD OUTPUT CAN NOT BE WRITTEN!");
 }

@@ -156,7 +156,6 @@ def satellites(report):
 
 def ambiguities(report):
     report.expect("  -----------------------------------")
-    report.expect("")
     (count,) = report.fields("    Number of all ambiguities: ", (10, 0))
     for _ in range(3):
         report.line()

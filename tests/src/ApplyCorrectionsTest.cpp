@@ -1,6 +1,7 @@
 #include "ApplyCorrections.h"
 
 #include "GNSS/GNSSLinCombs.h"
+#include "GNSS/TimeConverse.h"
 #include "support/Captured.h"
 #include "support/Ends.h"
 #include "support/Near.h"
@@ -204,7 +205,7 @@ TEST(SetGlonassFrequency, ChannelsAreTakenAsTheyAreListed) {
 }
 
 TEST(SetGlonassFrequency, ChannelsWithoutAWavelengthAreWarnedAboutAndCountAsZero) {
-  for (const int k : {-100000, -2848, 1000001}) {
+  for (const int k : {-100000, -2848, 100000}) {
     const std::string number = std::to_string(k);
     Channels broadcast({105});
     broadcast.Broadcast({k});

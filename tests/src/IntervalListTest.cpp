@@ -34,7 +34,8 @@ TEST(IntervalList, PairsBehindAJoinedRestAreShiftedByOneNumber) {
   list.Append(40, 49);
   EXPECT_EQ(list.Get(1), Pair(22, 30));
   EXPECT_EQ(list.Get(2), Pair(39, 40));
-  EXPECT_EQ(list.Get(3), Pair(0, 0)); // 49 alone is no pair
+  EXPECT_EQ(list.Get(3), Pair(49, 0)); // half a pair
+  EXPECT_EQ(list.Get(4), Pair(0, 0));
 }
 
 TEST(IntervalList, JoiningBeforeAnyPairLosesWhatFollows) {

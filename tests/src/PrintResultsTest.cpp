@@ -291,7 +291,6 @@ TEST_F(PrintResultsTest, AmbiguitiesOfDifferentSatellitesAreSetApart) {
   EXPECT_EQ(Blocks(),
             "  PHASE L4 AMBIGUITIES (REAL VALUES):\n"
             "  -----------------------------------\n"
-            "\n"
             "    Number of all ambiguities:          3\n"
             "\n"
             "    ID     PRN        START_EPOCH              END_EPOCH                     L4 "

@@ -216,6 +216,13 @@ TEST_F(ReadFilesDeathTest, DecimalCommasEndTheProgram) {
   EXPECT_ENDS(Read(), "Error -> DECIMAL COMMAS IN INPUT FILE .*commas! ");
 }
 
+TEST_F(ReadFilesTest, HeadingsMayHaveCommas) {
+  folder.Write("day.clk", "DAYS 283,284\nEND OF HEADER\n55844 0 5 0\n");
+  Name(run.ctx.clkfile, run.ctx.isClkFile, "day.clk");
+  Read();
+  EXPECT_EQ(run.ctx.clkerr.GetNEpoch(), 1);
+}
+
 TEST_F(ReadFilesDeathTest, FatalReportsOfValuesNameTheFile) {
   folder.Write("day.clk", "END OF HEADER\n55844 86400.0 0.0\n");
   Name(run.ctx.clkfile, run.ctx.isClkFile, "day.clk");

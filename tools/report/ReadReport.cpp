@@ -476,7 +476,6 @@ void ReadAmbiguities(LineReader& lines, std::vector<Ambiguity>& all) {
   const std::string rule = "  " + Rule(106);
   lines.Expect("  PHASE L4 AMBIGUITIES (REAL VALUES):");
   lines.Expect(' ' + Rule(35));
-  lines.Expect("");
   FieldReader f(lines, "the number of ambiguities");
   f.Literal("    Number of all ambiguities: ");
   const long n = f.Whole(10, "a number of ambiguities");

@@ -78,6 +78,14 @@ TEST(GLNSat, BothEndsOfAPeriodBelongToIt) {
   ExpectNone(list, 105, At(2009, 12, 31, 23, 59, 59.1L));
 }
 
+TEST(GLNSat, EachNumberBeginsInItsColumn) {
+  GLNSat list = Read("R05xxxxxxx2011x10x09x12x30x15xx2012x11x10x13x45x20x-2\n");
+  ExpectNone(list, 105, At(2011, 10, 9, 12, 30, 14.9L));
+  ExpectChannel(list, 105, At(2011, 10, 9, 12, 30, 15), -2);
+  ExpectChannel(list, 105, At(2012, 11, 10, 13, 45, 20), -2);
+  ExpectNone(list, 105, At(2012, 11, 10, 13, 45, 20.1L));
+}
+
 TEST(GLNSat, FirstOfTwoOverlappingLinesWins) {
   GLNSat list = Read(kPeriod + kOpen);
   ExpectChannel(list, 105, At(2009, 6, 1), -7);

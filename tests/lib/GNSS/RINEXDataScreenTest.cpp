@@ -5,6 +5,7 @@
 #include "GNSS/RINEX.h"
 #include "PROGINC/LittleEndian.h"
 #include "reference/screen_plain.h"
+#include "support/Captured.h"
 #include "support/Ends.h"
 #include "support/Files.h"
 #include "support/ObsStore.h"
@@ -212,11 +213,13 @@ TEST_F(ScreenL4, SecondScreeningReplacesTheFirst) {
 TEST_F(ScreenL4, FileThatCannotBeCreatedChangesNothingElse) {
   Build(5);
   for (const std::string& name : {folder.Name("absent") + "/arcs", std::string()}) {
+    const Captured messages(std::cerr);
     data.SetAmbFile(name.c_str());
     long n = -1;
     data.ScreenL4(elev, kNoCutoff, 1, 0.05L, 0, n);
     EXPECT_EQ(n, 1);
     EXPECT_EQ(data.arcs, (Arcs{{5, 0, 0, 4, 5}}));
+    EXPECT_EQ(messages.Text().empty(), name.empty()); // no file is asked for by no name
   }
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }

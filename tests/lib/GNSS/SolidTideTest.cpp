@@ -133,6 +133,56 @@ TEST(SolidTide, DirectionsAreUnitVectors) {
   }
 }
 
+// Turned back to the equinox and the ecliptic of date, whose obliquity is given [deg].
+struct Ecliptic {
+  long double longitude; // [deg] 0 to 360
+  long double latitude;  // [deg]
+};
+Ecliptic EclipticOf(const Body& b, const mjd& t, long double obliquity) {
+  const xyz v = b.unit.RotateZ(SolidTide().GSTime(t));
+  const long double c = std::cos(obliquity * kDeg);
+  const long double s = std::sin(obliquity * kDeg);
+  const long double longitude = std::atan2(c * v.GetY() + s * v.GetZ(), v.GetX()) / kDeg;
+  return {longitude < 0 ? longitude + 360 : longitude,
+          std::asin(c * v.GetZ() - s * v.GetY()) / kDeg};
+}
+
+TEST(SolidTide, EveryTermOfTheSeriesOfSunAndMoonCounts) {
+  // The series of the Astronomical Almanac, summed by hand at J2000 and a tenth of a century later;
+  // GPS time was ahead of UTC by 13 s and 15 s.
+  const struct {
+    mjd t;
+    long double obliquity;
+    Ecliptic moon;
+    long double moonDistance; // [km]
+    long double sunLongitude;
+    long double sunDistance; // [AU]
+  } cases[] = {{mjd(51544, 43213),
+                23.439291L,
+                {223.288668603347L, 5.202749416485L},
+                402459.645284200L,
+                280.376304014060L,
+                0.983308477676459L},
+               {mjd(55197, 15),
+                23.43799058L,
+                {103.121201565133L, 0.771270167152L},
+                360059.489463266L,
+                280.450072918010L,
+                0.983309735861685L}};
+  for (const auto& c : cases) {
+    const Body moon = Moon(c.t);
+    const Ecliptic moonAt = EclipticOf(moon, c.t, c.obliquity);
+    EXPECT_TRUE(Near(moonAt.longitude, c.moon.longitude, 1e-9L));
+    EXPECT_TRUE(Near(moonAt.latitude, c.moon.latitude, 1e-9L));
+    EXPECT_TRUE(Near(moon.dist, c.moonDistance, 1e-6L));
+    const Body sun = Sun(c.t);
+    const Ecliptic sunAt = EclipticOf(sun, c.t, c.obliquity);
+    EXPECT_TRUE(Near(sunAt.longitude, c.sunLongitude, 1e-9L));
+    EXPECT_TRUE(Near(sunAt.latitude, 0, 1e-9L));
+    EXPECT_TRUE(Near(sun.dist / kAU, c.sunDistance, 1e-13L));
+  }
+}
+
 TEST(SolidTide, MoonOfPublishedExample) {
   // Meeus, example 47.a: 1992-04-12 0h.
   const mjd t(48724, 7);

@@ -17,6 +17,11 @@ TEST(HasDecimalCommas, NumbersWithPointsAreThere) {
   EXPECT_FALSE(HasDecimalCommas("G01   0.123\n"));
 }
 
+TEST(HasDecimalCommas, HeadingsDoNotCount) {
+  EXPECT_FALSE(HasDecimalCommas("DAYS 283,284\nEND OF HEADER\n55844 0 5\n"));
+  EXPECT_TRUE(HasDecimalCommas("VERSION 2.1\nEND OF HEADER\n55844 0,5 5\n"));
+}
+
 TEST(HasDecimalCommas, CommaOfAListIsNone) {
   EXPECT_FALSE(HasDecimalCommas(""));
   EXPECT_FALSE(HasDecimalCommas(","));
