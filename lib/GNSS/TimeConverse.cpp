@@ -108,7 +108,7 @@ GPSws ymdhms2GPSws(const ymdhms& t) {
   const long week = days / 7;
   const double fraction =
       static_cast<double>(((t.GetSecond() / 60 + t.GetMinute()) / 60 + t.GetHour()) / 24);
-  const double second = (static_cast<double>(days - 7L * week) + fraction) * kDaySeconds;
+  const double second = (static_cast<double>(days - 7 * week) + fraction) * kDaySeconds;
   return GPSws(WholePart<unsigned short>(static_cast<long double>(week)), second);
 }
 
@@ -137,7 +137,7 @@ mjd GPSws2mjd(const GPSws& t) { return mjd(WholePart<unsigned int>(DayNumber(t))
 GPSws mjd2GPSws(const mjd& t) {
   const long days = static_cast<long>(t.GetMJDay()) - kGPSDay0;
   const unsigned short week = static_cast<unsigned short>(static_cast<unsigned short>(days) / 7);
-  return GPSws(week, static_cast<long double>(days - 7 * week) * kDaySeconds + t.GetSecond());
+  return GPSws(week, static_cast<long double>(days - 7L * week) * kDaySeconds + t.GetSecond());
 }
 
 void Sec2HMS(long double s, unsigned short& hour, unsigned short& minute, long double& second) {

@@ -24,7 +24,7 @@ bool CanBeReplaced(const std::string& name) {
 std::string CreateBeside(const std::string& name) {
   std::random_device random;
   do {
-    const std::string temporary = name + "." + std::to_string(random()) + ".part";
+    std::string temporary = name + "." + std::to_string(random()) + ".part";
     if (std::FILE* const file = std::fopen(temporary.c_str(), "wx")) { // x: only if it is new
       std::fclose(file);
       return temporary;
