@@ -10,6 +10,10 @@
 
 namespace {
 
+// Radii [m] between which every receiver on the ground, at sea or in the air is.
+constexpr long double kLowest = 6.3e6L;
+constexpr long double kHighest = 6.5e6L;
+
 xyz MarkerPosition(KorvanC& ctx) {
   if (!ctx.isAprCrd) return ctx.rnxh.X0;
   mjd middle = ctx.rnxd.epoch(ctx.rnxd.nepochall / 2);
@@ -21,6 +25,13 @@ xyz MarkerPosition(KorvanC& ctx) {
   return ctx.rnxh.X0;
 }
 
+// Such as one coordinate that could not be read leaves.
+void WarnOffTheEarth(const xyz& marker) {
+  const long double radius = marker.GetLength();
+  if (radius > kLowest && radius < kHighest) return;
+  ProgramWarning("Zenta", "RECEIVER POSITION IS NOT NEAR THE SURFACE OF THE EARTH!");
+}
+
 } // namespace
 
 void GetReceiverProperties(KorvanC& ctx) {
@@ -30,6 +41,7 @@ void GetReceiverProperties(KorvanC& ctx) {
 
   Progress(ctx, "GetReceiverProperties():         Setting a-priori coordinates!");
   ctx.RecPos0 = MarkerPosition(ctx);
+  WarnOffTheEarth(ctx.RecPos0);
   ctx.RecPosFC = ctx.RecPos0;
   ctx.RecPosEccLG = neu();
 

@@ -24,7 +24,8 @@ class gnssobs;
 /// the header lists satellites, in the order of that list, regularly spaced and without gaps.
 /// Another layout (SP3-d with more header lines, velocity or correlation records between the
 /// positions) is misread without notice. A file that can't be opened reads as one of 0 epochs; a
-/// file that ends early leaves the rest of its tables 0, and a position of 0 is no position.
+/// file that ends early leaves the rest of its tables 0, and a position of 0 is no position;
+/// neither is one with a coordinate that is no number.
 ///
 /// A satellite is one number: GPS its PRN, GLONASS 100 + slot, Galileo 200 + PRN; another system
 /// letter leaves the bare number. Source: Hilla, The Extended Standard Product 3 Orbit Format

@@ -11,6 +11,8 @@ public:
   InputInWork(const InputInWork&) = delete;
   InputInWork& operator=(const InputInWork&) = delete;
 
+  /// Its name, empty without one.
+  static const char* Name() { return name_ == nullptr ? "" : name_; }
   /// Tells of the file on standard error, in the frame of ProgramError. Without one nothing
   /// happens.
   static void Report();

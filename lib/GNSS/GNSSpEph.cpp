@@ -3,6 +3,7 @@
 #include "ClassMessage.h"
 #include "GNSS/SatelliteNumber.h"
 #include "GNSS/gnssobs.h"
+#include "NumberField.h"
 #include "PROGINC/FileName.h"
 #include "PROGINC/LineSource.h"
 #include "PROGINC/ProgramError.h"
@@ -30,7 +31,8 @@ constexpr std::size_t kColList = 9; // identifiers and exponents: 17 of 3 charac
 constexpr std::size_t kColPositionBase = 2;
 constexpr std::size_t kColClockBase = 13;
 constexpr std::size_t kColRecordSatellite = 1;
-constexpr std::size_t kColX = 4; // coordinates and clock: 14 characters each
+constexpr std::size_t kFieldWidth = 14; // of coordinates and clock
+constexpr std::size_t kColX = 4;
 constexpr std::size_t kColY = 18;
 constexpr std::size_t kColZ = 32;
 constexpr std::size_t kColClock = 46;
@@ -75,8 +77,19 @@ void ReadList(LineSource& source, std::string_view line, matrix<short>& list, De
   }
 }
 
-long double Coordinate(std::string_view line, std::size_t column) {
-  return ToDouble(Columns(line, column, 14)) * 1000.0L; // km to m
+// False, with 0, where the field has no number.
+bool ReadCoordinate(std::string_view line, std::size_t column, long double& metres) {
+  double km = 0;
+  const bool isNumber = ReadNumber(Columns(line, column, kFieldWidth), km);
+  metres = km * 1000.0L;
+  return isNumber;
+}
+
+// [us]; what is no number is a bad clock, a missing one 0.
+double Clock(std::string_view line) {
+  const std::string_view field = Columns(line, kColClock, kFieldWidth);
+  double clock = 0;
+  return ReadNumber(field, clock) || Trimmed(field).empty() ? clock : kClockMarker;
 }
 
 // Standard deviation unit * base^exponent, 0 where the line ends before the last digit and where
@@ -222,10 +235,17 @@ void GNSSpEph::ReadFileData(LineSource& source) {
 void GNSSpEph::ReadRecord(std::string_view line, long record) {
   sat(record) = SatelliteNumber(line, kColRecordSatellite);
   if (Column(line, 0) != 'P') return;
-  const double clock = ToDouble(Columns(line, kColClock, 14)); // [us]
   xyzt& position = sPos(record);
-  position.Set(Coordinate(line, kColX), Coordinate(line, kColY), Coordinate(line, kColZ),
-               clock * kMicrosecond);
+  long double x = 0;
+  long double y = 0;
+  long double z = 0;
+  if (!ReadCoordinate(line, kColX, x) || !ReadCoordinate(line, kColY, y) ||
+      !ReadCoordinate(line, kColZ, z)) {
+    position.Set(0, 0, 0, kClockMarker); // no position, no clock
+    return;
+  }
+  const double clock = Clock(line);
+  position.Set(x, y, z, clock * kMicrosecond);
   if (line.size() <= kBareRecord) return;
   if (std::fabs(clock - kClockMarker) < 2.0) {
     position.SetT(kClockMarker);

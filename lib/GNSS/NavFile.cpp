@@ -1,5 +1,8 @@
 #include "NavFile.h"
 
+#include "NumberField.h"
+#include "PROGINC/InputInWork.h"
+#include "PROGINC/ProgramError.h"
 #include "PROGINC/TextNumber.h"
 
 #include <algorithm>
@@ -7,6 +10,7 @@
 #include <cmath>
 #include <iomanip>
 #include <iostream>
+#include <limits>
 #include <sstream>
 
 namespace {
@@ -44,12 +48,17 @@ std::string_view TakeExponent(LineSource& source) {
 } // namespace
 
 double ScaledNumber(std::string_view mantissa, std::string_view exponent) {
-  return FiniteOrZero(ToDouble(mantissa) * std::pow(10.0, ToInt(exponent)));
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+  double number = 0;
+  if (!ReadNumber(mantissa, number)) return kNone;
+  if (number == 0) return 0; // also times what overflows
+  number *= std::pow(10.0, ToInt(exponent));
+  return std::isfinite(number) ? number : kNone;
 }
 
 long double HeaderNumber(std::string_view line, std::size_t column, std::size_t mantissa) {
-  return ScaledNumber(Columns(line, column, mantissa),
-                      Columns(line, column + mantissa + 1, kExponentWidth));
+  return FiniteOrZero(ScaledNumber(Columns(line, column, mantissa),
+                                   Columns(line, column + mantissa + 1, kExponentWidth)));
 }
 
 void ReadVersionType(std::string_view line, float& version, char (&type)[20]) {
@@ -133,6 +142,13 @@ long double ReadExponentNumber(LineSource& source) {
     return 0;
   }
   return ScaledNumber(rest.substr(0, letter), exponent);
+}
+
+void WarnOfRecord(unsigned number) {
+  std::ostringstream text;
+  text << "RECORD OF SATELLITE " << std::setfill('0') << std::setw(2) << number
+       << " NOT VALID IN NAVIGATION FILE " << InputInWork::Name() << " - NO POSITION FROM IT!";
+  ProgramWarning("Zenta", text.str().c_str());
 }
 
 void WriteParameter(const char* name, long double value) {

@@ -7,6 +7,7 @@
 #include "matrix/UniqList.h"
 #include "matrix/matrix.h"
 
+#include <cmath>
 #include <cstddef>
 #include <iosfwd>
 #include <limits>
@@ -21,9 +22,11 @@
 constexpr std::size_t kNavHeaderLimit = 99;  ///< longest header line
 constexpr std::size_t kNavRecordLimit = 255; ///< longest line of a record, where it is passed over
 
-/// \p mantissa times ten to the power \p exponent, in double precision; 0 where that overflows.
+/// \p mantissa times ten to the power \p exponent, in double precision; nan where that overflows or
+/// the mantissa is no number.
 double ScaledNumber(std::string_view mantissa, std::string_view exponent);
-/// A number of a header line as fixed columns: mantissa, one exponent letter, exponent.
+/// A number of a header line as fixed columns: mantissa, one exponent letter, exponent. What is no
+/// number is 0.
 long double HeaderNumber(std::string_view line, std::size_t column, std::size_t mantissa);
 
 /// The line RINEX VERSION / TYPE.
@@ -59,7 +62,7 @@ unsigned CountRecords(LineSource& source, int lines, unsigned most);
 bool ReadCalendar(LineSource& source, ymdhms& date);
 /// A number of a record: all characters up to a D or E, line ends included, are its mantissa; the
 /// exponent is a sign and digits of three characters at most. Without them the source fails and
-/// the number is 0.
+/// the number is 0; with a mantissa that is none, and where it overflows, it is nan.
 long double ReadExponentNumber(LineSource& source);
 
 /// \p table with its first \p rows rows alone.
@@ -69,8 +72,13 @@ template <typename T> void CutRows(matrix<T>& table, long rows) {
   table = std::move(cut);
 }
 
+/// Warns that satellite \p number has a record in the file in work with something that is no
+/// number.
+void WarnOfRecord(unsigned number);
+
 /// Fills the tables of \p records, of class GPSbEphData or GLNbEphData. Where the text is not as
-/// it should be, reading stops and the tables are cut to the records that were read completely.
+/// it should be, reading stops and the tables are cut to the records that were read completely. Of
+/// a record with a value that is no number all values are 0, which makes no orbit, with a warning.
 /// \param epochOf        gives the epoch of a record from its date
 /// \param readParameter  reads one value
 /// \returns whether all were read.
@@ -87,8 +95,16 @@ bool ReadRecords(LineSource& source, Records& records, EpochOf epochOf,
     if (!ReadCalendar(source, date)) break;
     records.sat(k) = static_cast<Number>(number);
     records.mjdo(k) = epochOf(date);
-    for (long i = 0; i < Records::NValues; ++i) records.data(k, i) = readParameter(source);
+    bool isValid = true;
+    for (long i = 0; i < Records::NValues; ++i) {
+      records.data(k, i) = readParameter(source);
+      isValid = isValid && std::isfinite(records.data(k, i));
+    }
     if (source.Failed()) break;
+    if (!isValid) {
+      for (long i = 0; i < Records::NValues; ++i) records.data(k, i) = 0;
+      WarnOfRecord(number);
+    }
     source.Skip(kNavRecordLimit);
   }
   if (k < counted) {

@@ -161,4 +161,14 @@ TEST(GetReceiverPropertiesDeathTest, HeaderWithoutPositionEndsAtTheLatitude) {
       "LATITUDE not valid");
 }
 
+TEST(GetReceiverProperties, PositionOffTheSurfaceOfTheEarthIsWarnedAbout) {
+  const std::string warning = "RECEIVER POSITION IS NOT NEAR THE SURFACE OF THE EARTH!";
+  for (const long double x : {6.299e6L, 6.301e6L, 6.499e6L, 6.501e6L, 1e300L}) {
+    Receiver run;
+    run.header.X0 = xyz(x, 0, 0);
+    GetReceiverProperties(run.ctx);
+    EXPECT_EQ(run.errors.Text().find(warning) == std::string::npos, x > 6.3e6L && x < 6.5e6L);
+  }
+}
+
 } // namespace

@@ -499,6 +499,47 @@ TEST(GNSSpEph, NodeCloserThanAMetreToTheCentreIsNoPosition) {
   }
 }
 
+TEST(GNSSpEph, CoordinateThatIsNoNumberMakesNoPosition) {
+  for (const char* field : {"           nan", "           inf", "         1e999", "              ",
+                            "             x", "            -."}) {
+    for (const std::size_t column : {4U, 18U, 32U}) {
+      std::string text = Sp3().Text();
+      std::size_t line = 0; // of epoch 10
+      for (int k = 0; k <= 10; ++k) line = text.find("\nPG01", line + 1);
+      text.replace(line + 1 + column, 14, field);
+      GNSSpEph orbit = Read(text);
+      Evaluate(orbit, 1, At(9.5L));
+      EXPECT_FALSE(orbit.PSisOK) << field;
+      EXPECT_FALSE(orbit.DTisOK) << field;
+      EXPECT_EQ(orbit.GetSatPos(10).GetX(), 0);
+      EXPECT_EQ(orbit.GetSatPos(10).GetZ(), 0);
+    }
+  }
+}
+
+TEST(GNSSpEph, CoordinateOfZeroIsANumber) {
+  Sp3 file;
+  file.record = [](int, std::size_t) { return Record{0, -0.0, 20000, 1}; };
+  GNSSpEph orbit = Read(file);
+  Evaluate(orbit, 1, At(9.5L));
+  EXPECT_TRUE(orbit.PSisOK);
+}
+
+TEST(GNSSpEph, ClockThatIsNoNumberIsBad) {
+  for (const std::string tail : {"", " 10  9  8 100"}) {
+    Sp3 file;
+    file.tail = tail;
+    std::string text = file.Text();
+    std::size_t line = 0;
+    for (int k = 0; k <= 10; ++k) line = text.find("\nPG01", line + 1);
+    text.replace(line + 1 + 46, 14, "           nan");
+    GNSSpEph orbit = Read(text);
+    Evaluate(orbit, 1, At(9.5L));
+    EXPECT_TRUE(orbit.PSisOK);
+    EXPECT_FALSE(orbit.DTisOK);
+  }
+}
+
 TEST(GNSSpEph, RecordsOfOtherLettersAreNoPositions) {
   std::string text = Sp3().Text();
   for (std::size_t at = text.find("\nPG01"); at != std::string::npos; at = text.find("\nPG01"))

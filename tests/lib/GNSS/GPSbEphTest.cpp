@@ -2,6 +2,7 @@
 
 #include "GNSS/GNSSpEph.h"
 #include "GNSS/gnssobs.h"
+#include "PROGINC/InputInWork.h"
 #include "PROGINC/LineSource.h"
 #include "support/Captured.h"
 #include "support/Ends.h"
@@ -231,11 +232,42 @@ TEST(GPSbEphData, ExponentTakesThreeCharacters) {
   EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 2.5L);
 }
 
-TEST(GPSbEphData, ExponentsBeyondTheRangeGiveZero) {
+TEST(GPSbEphData, ExponentsBeyondTheRangeMakeNoNumber) {
   LineSource source = Text("1.0D999 1.0D-99 0.0D999");
-  EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 0);
+  EXPECT_TRUE(std::isnan(GPSbEphDataPeer::ReadParameter(source)));
   EXPECT_TRUE(Near(GPSbEphDataPeer::ReadParameter(source), 1e-99L, 1e-110L));
   EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 0);
+}
+
+TEST(GPSbEphData, MantissaThatIsNoNumberMakesNone) {
+  for (const char* text : {"nanD+00", "   infD+01", "x1.5D+00", "D+00", " .D+00", "1e999D+00"}) {
+    LineSource source = Text(text);
+    EXPECT_TRUE(std::isnan(GPSbEphDataPeer::ReadParameter(source))) << text;
+    EXPECT_FALSE(source.Failed()) << text;
+  }
+  for (const char* text : {"\n    0.000000000000D+00", "-.0D+00", "+0D+00", "0.D+00"}) {
+    LineSource source = Text(text);
+    EXPECT_EQ(GPSbEphDataPeer::ReadParameter(source), 0) << text;
+  }
+}
+
+TEST(GPSbEphData, RecordWithAValueThatIsNoNumberMakesNoOrbit) {
+  const std::string sound = kRealRecord;
+  std::string spoilt = sound;
+  spoilt[spoilt.find('.', spoilt.find('\n')) - 1] = 'x'; // the first value of the second line
+  std::istringstream in(spoilt + sound);
+  GPSbEphData data;
+  data.SetNRecords(2);
+  const InputInWork file("brdc.11n");
+  const Captured errors(std::cerr);
+  EXPECT_TRUE(in >> data);
+  for (long column = 0; column < GPSbEphData::NValues; ++column)
+    EXPECT_EQ(data.data(0, column), 0) << column;
+  EXPECT_TRUE(Near(data.data(1, 27), 253968, 1e-10L));
+  EXPECT_EQ(
+      errors.Text(),
+      "\n#### Zenta: Warning -> RECORD OF SATELLITE 02 NOT VALID IN NAVIGATION FILE brdc.11n - "
+      "NO POSITION FROM IT! ####\n     Continuing Zenta ... \n\n");
 }
 
 TEST(GPSbEphData, NumberWithoutExponentFailsTheText) {
