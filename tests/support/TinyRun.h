@@ -1,36 +1,13 @@
 #ifndef SUPPORT_TINYRUN_H
 #define SUPPORT_TINYRUN_H
 
-#include "KorvanC.h"
+#include "RunObjects.h"
 
 #include <set>
 #include <vector>
 
-/// The input objects of a run and the context that binds them, as main makes them.
-struct TinyRun {
-  RINEXHeader header;
-  RINEXData data{header};
-  RINEX file{header, data};
-  ClkErr clock;
-  CompactTEQC multipath1;
-  CompactTEQC multipath2;
-  GPSbEph gpsBroadcast;
-  GLNbEph glonassBroadcast;
-  GNSSpEph gpsPrecise;
-  GNSSpEph glonassPrecise;
-  DCB dcbP1P2;
-  DCB dcbP1C1;
-  DCB dcbP2C2;
-  RecCodeTrack codeTracking;
-  gCRD coordinates;
-  GLNSat glonassChannels;
-  SolidTide sunMoon;
-  KorvanC ctx{header,     data,           file,         clock,
-              multipath1, multipath2,     gpsBroadcast, glonassBroadcast,
-              gpsPrecise, glonassPrecise, dcbP1P2,      dcbP1C1,
-              dcbP2C2,    codeTracking,   coordinates,  glonassChannels,
-              sunMoon};
-};
+/// A run whose store and settings are made up.
+struct TinyRun : RunObjects {};
 
 /// One satellite at one epoch: codes [m], L4 [m], direction [rad], weight. 0 is missing.
 struct TinyRecord {

@@ -6,6 +6,7 @@
 #include "KorvanC.h"
 #include "Quiet.h"
 #include "ReadFiles.h"
+#include "RunObjects.h"
 #include "SatPosition.h"
 
 #include <cstring>
@@ -19,32 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using report::Report;
-
-/// The input objects of a run and the context that binds them.
-struct Run {
-  RINEXHeader header;
-  RINEXData data{header};
-  RINEX file{header, data};
-  ClkErr clock;
-  CompactTEQC multipath1;
-  CompactTEQC multipath2;
-  GPSbEph gpsBroadcast;
-  GLNbEph glonassBroadcast;
-  GNSSpEph gpsPrecise;
-  GNSSpEph glonassPrecise;
-  DCB dcbP1P2;
-  DCB dcbP1C1;
-  DCB dcbP2C2;
-  RecCodeTrack codeTracking;
-  gCRD coordinates;
-  GLNSat glonassChannels;
-  SolidTide sunMoon;
-  KorvanC ctx{header,     data,           file,         clock,
-              multipath1, multipath2,     gpsBroadcast, glonassBroadcast,
-              gpsPrecise, glonassPrecise, dcbP1P2,      dcbP1C1,
-              dcbP2C2,    codeTracking,   coordinates,  glonassChannels,
-              sunMoon};
-};
 
 /// Hands one file on to the context. \returns false where it is named but not found.
 class FileGiver {
@@ -107,7 +82,7 @@ void Compare(const RINEXData& store, const matrix<gnssobs>& before, const matrix
   }
 }
 
-void ApplyBiases(Run& run, RunInputs& inputs) {
+void ApplyBiases(RunObjects& run, RunInputs& inputs) {
   const matrix<gnssobs> C1 = run.data.C1;
   const matrix<gnssobs> P2 = run.data.P2;
   ApplyDCB(run.ctx);
@@ -115,7 +90,7 @@ void ApplyBiases(Run& run, RunInputs& inputs) {
   Compare(run.data, P2, run.data.P2, &CodeCorrection::P2, inputs.corrections);
 }
 
-bool IsEclipsed(Run& run, long i, long k) {
+bool IsEclipsed(RunObjects& run, long i, long k) {
   xyzt p;
   if (!EmissionPosition(run.ctx, run.data.sat(k), run.data.epoch(i), p)) return false;
   const xyz satellite(p.GetX(), p.GetY(), p.GetZ());
@@ -123,7 +98,7 @@ bool IsEclipsed(Run& run, long i, long k) {
          run.ctx.satEclipsThres;
 }
 
-void FindDirections(Run& run, const Report& r, RunInputs& inputs) {
+void FindDirections(RunObjects& run, const Report& r, RunInputs& inputs) {
   CalculateAE(run.ctx);
   // The Sun of every epoch comes with the stage that removes eclipsed phases, so ask for none of
   // the systems while it runs: the phases are not needed.
@@ -166,7 +141,7 @@ std::string Find(const std::string& name, const Places& places) {
 
 std::optional<RunInputs> ReadInputs(const Report& r, const Places& places, std::string& whyNot) {
   whyNot.clear();
-  const auto run = std::make_unique<Run>();
+  const auto run = std::make_unique<RunObjects>();
   KorvanC& ctx = run->ctx;
   FileGiver giver(places, whyNot);
   GiveFiles(r.settings.files, giver, ctx);
