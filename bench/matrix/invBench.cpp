@@ -9,6 +9,7 @@
 #include "reference/inv_plain.h"
 #include "support/Medians.h"
 #include "support/NormalMatrices.h"
+#include "support/Ratio.h"
 #include "support/SameBits.h"
 
 #include <benchmark/benchmark.h>
@@ -25,9 +26,17 @@ namespace {
 
 using Square = matrix<long double>;
 
+/// What the inverse is to reach at least; 0 where nothing is asked.
+struct Targets {
+  double plain;     ///< times faster than the plain elimination
+  double eigen;     ///< times faster than Eigen
+  double registers; ///< [%] of what the floating-point unit does without memory
+};
+
 struct Subject {
   std::string name;
   bool isDense;
+  Targets targets;
   Square N;
 };
 
@@ -41,11 +50,13 @@ Square DenseSymmetric(long n) {
   return m;
 }
 
-Subject Structured(const NormalMatrixModel& model) {
+Subject Structured(const NormalMatrixModel& model, const Targets& targets) {
   Square N = model.Make();
-  return {"structured/" + std::to_string(N.NRow()), false, N};
+  return {"structured/" + std::to_string(N.NRow()), false, targets, N};
 }
-Subject Dense(long n) { return {"dense/" + std::to_string(n), true, DenseSymmetric(n)}; }
+Subject Dense(long n, const Targets& targets) {
+  return {"dense/" + std::to_string(n), true, targets, DenseSymmetric(n)};
+}
 
 /// A day of one receiver: from GPS with pieces of two hours to both systems with biases of all
 /// satellites and a quarter of an hour.
@@ -62,8 +73,12 @@ std::vector<Subject> Subjects() {
   NormalMatrixModel quarters = halfHours;
   quarters.interval = 900;
   quarters.slipsPerHour = 0.7;
-  return {Structured(gps),      Structured(both), Structured(halfHours),
-          Structured(quarters), Dense(400),       Dense(800)};
+  return {Structured(gps, {1.8, 0, 0}),
+          Structured(both, {2.4, 0, 0}),
+          Structured(halfHours, {3.2, 6, 0}),
+          Structured(quarters, {4.5, 4, 0}),
+          Dense(400, {4.5, 0, 0}),
+          Dense(800, {5, 1.8, 55})};
 }
 
 /// Multiplications with addition that the elimination of a dense matrix can't do without: the
@@ -124,28 +139,53 @@ void BM_registers(benchmark::State& state) {
 }
 #endif
 
-void PrintRatio(double time, double ofTime) {
-  if (time > 0 && ofTime > 0)
-    std::printf("%12.2f", time / ofTime);
+/// A column of the table, empty where it was not measured.
+void PrintColumn(double value) {
+  if (value > 0)
+    std::printf("%18.2f", value);
   else
-    std::printf("%12s", "-");
+    std::printf("%18s", "-");
+}
+
+void PrintTarget(const Subject& subject, const char* figure, double value, double target) {
+  if (target > 0) PrintAtLeast(std::string(figure) + "/" + subject.name, value, target);
+}
+
+/// [%] of the rate that the registers allow; 0 where that is not known.
+double ShareOfRegisters(const Subject& subject, const Medians& medians) {
+#ifdef __x86_64__
+  const double pair = medians.Of("registers") / static_cast<double>(kRegisterPairs);
+  const double time = medians.Of("inv/" + subject.name);
+  if (subject.isDense && time > 0) return 100 * pair * DensePairs(subject.N.NRow()) / time;
+#else
+  (void)subject, (void)medians;
+#endif
+  return 0;
 }
 
 void PrintRatios(const std::vector<Subject>& subjects, const Medians& medians) {
-  std::printf("\n%-16s%12s%12s%12s%22s\n", "", "inv [ms]", "plain/inv", "Eigen/inv",
-              "share of registers");
+  std::printf("\n%-16s%18s%18s%18s%18s\n", "", "inv [ms]", "plain/inv", "Eigen/inv",
+              "of registers [%]");
   for (const Subject& subject : subjects) {
     const double time = medians.Of("inv/" + subject.name);
     if (time == 0) continue; // filtered out
-    std::printf("%-16s%12.3f", subject.name.c_str(), time * 1e3);
-    PrintRatio(medians.Of("inv_plain/" + subject.name), time);
-    PrintRatio(medians.Of("Eigen/" + subject.name), time);
-#ifdef __x86_64__
-    const double pair = medians.Of("registers") / static_cast<double>(kRegisterPairs);
-    if (subject.isDense && pair > 0)
-      std::printf("%20.0f %%", 100 * pair * DensePairs(subject.N.NRow()) / time);
-#endif
+    std::printf("%-16s", subject.name.c_str());
+    PrintColumn(time * 1e3);
+    PrintColumn(RatioOf(medians.Of("inv_plain/" + subject.name), time));
+    PrintColumn(RatioOf(medians.Of("Eigen/" + subject.name), time));
+    PrintColumn(ShareOfRegisters(subject, medians));
     std::printf("\n");
+  }
+  std::printf("\n");
+  for (const Subject& subject : subjects) {
+    const double time = medians.Of("inv/" + subject.name);
+    const auto faster = [&](const char* kind) {
+      return RatioOf(medians.Of(kind + subject.name), time);
+    };
+    PrintTarget(subject, "plain/inv", faster("inv_plain/"), subject.targets.plain);
+    PrintTarget(subject, "Eigen/inv", faster("Eigen/"), subject.targets.eigen);
+    PrintTarget(subject, "registers[%]", ShareOfRegisters(subject, medians),
+                subject.targets.registers);
   }
 }
 
