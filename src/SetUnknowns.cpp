@@ -7,7 +7,8 @@
 #include <array>
 #include <cstddef>
 #include <iomanip>
-#include <unordered_map>
+#include <limits>
+#include <vector>
 
 namespace {
 
@@ -33,25 +34,32 @@ bool HasGPSValues(const RINEXData& store, const matrix<gnssobs>& values) {
   return false;
 }
 
-/// How many records of each satellite have either kind of value: one walk over the store.
+/// Which satellites have enough of either kind of value: one walk over the store, which looks at
+/// values only as long as some are wanting.
 class ValueCounts {
 public:
-  explicit ValueCounts(const KorvanC& ctx) {
+  explicit ValueCounts(const KorvanC& ctx)
+      : counts_(std::size_t{std::numeric_limits<unsigned short>::max()} + 1) {
     const RINEXData& store = ctx.rnxd;
     for (long k = 0; k < store.nsatall; ++k) {
-      Counts& counts = counts_[store.sat(k)];
-      if (ctx.rnxh.iPC1 && !store.PC1(k).IsNull()) ++counts[kP1C1];
-      if (ctx.rnxh.iPC4 && !store.PC4(k).IsNull()) ++counts[kP2C1];
+      Counts& counts = counts_[PlaceOf(store.sat(k))];
+      if (ctx.rnxh.iPC1) Count(store.PC1, k, counts[kP1C1]);
+      if (ctx.rnxh.iPC4) Count(store.PC4, k, counts[kP2C1]);
     }
   }
-  long Of(short sat, int kind) const {
-    const auto found = counts_.find(sat);
-    return found == counts_.end() ? 0 : found->second[static_cast<std::size_t>(kind)];
+  bool AreEnough(short sat, int kind) const {
+    return counts_[PlaceOf(sat)][static_cast<std::size_t>(kind)] == kMinSatelliteValues;
   }
 
 private:
   using Counts = std::array<long, 2>;
-  std::unordered_map<short, Counts> counts_;
+
+  static std::size_t PlaceOf(short sat) { return static_cast<unsigned short>(sat); }
+  static void Count(const matrix<gnssobs>& values, long k, long& count) {
+    if (count < kMinSatelliteValues && !values(k).IsNull()) ++count;
+  }
+
+  std::vector<Counts> counts_; ///< of each number that a satellite can have
 };
 
 /// Gives an unknown to each satellite of a system that has the values. \returns how many.
@@ -60,7 +68,7 @@ long SetSatelliteBiases(KorvanC& ctx, bool (*isOfSystem)(short), const ValueCoun
   long count = 0;
   for (long j = 0; j < ctx.rnxd.satList.Length(); ++j) {
     const short sat = ctx.rnxd.satList(j);
-    if (!isOfSystem(sat) || values.Of(sat, column) < kMinSatelliteValues) continue;
+    if (!isOfSystem(sat) || !values.AreEnough(sat, column)) continue;
     ctx.ixbSAT(j, column) = ++ix;
     ++count;
   }
