@@ -32,10 +32,32 @@ void FindSun(KorvanC& ctx) {
 
 xyz SunAt(const KorvanC& ctx, long i) { return ctx.SunMag(i) * ctx.posSunUnit(i); }
 
+/// SunEarthAngle is beyond \p limit [rad] by more than double precision could err in it. Most
+/// satellites are far from an eclipse, and the angle itself takes much longer.
+bool IsClearOfEclipse(const xyz& satellite, const xyz& sun, long double limit) {
+  constexpr double kMargin = 1e-9; // of the squared cosine
+  const double cosine = std::cos(static_cast<double>(limit));
+  if (!(cosine > 0)) return false;
+  double alongEarth = 0, toEarth2 = 0, toSun2 = 0;
+  const auto add = [&](long double satelliteAt, long double sunAt) {
+    const auto earth = static_cast<double>(satelliteAt);
+    const auto toSun = static_cast<double>(sunAt) - earth;
+    alongEarth += earth * toSun;
+    toEarth2 += earth * earth;
+    toSun2 += toSun * toSun;
+  };
+  add(satellite.GetX(), sun.GetX());
+  add(satellite.GetY(), sun.GetY());
+  add(satellite.GetZ(), sun.GetZ());
+  return alongEarth * alongEarth < (cosine * cosine - kMargin) * toEarth2 * toSun2;
+}
+
 bool IsEclipsed(KorvanC& ctx, const SatelliteRecords::Record& r) {
   xyz position;
   if (!ctx.positions.Locate(ctx, r.k, ctx.rnxd.epoch(r.epoch), position)) return false;
-  return SunEarthAngle(position, SunAt(ctx, r.epoch)) < ctx.satEclipsThres;
+  const xyz sun = SunAt(ctx, r.epoch);
+  return !IsClearOfEclipse(position, sun, ctx.satEclipsThres) &&
+         SunEarthAngle(position, sun) < ctx.satEclipsThres;
 }
 
 void RemovePhases(KorvanC& ctx, long k) {

@@ -43,9 +43,12 @@ public:
   /// Integrates from \p start from now on. What is known is kept where that is the same, bit by
   /// bit, as before.
   void Begin(const Start& start);
-  /// The state at \p t, which must lie in the direction of the start. At most 501 steps are made:
-  /// what lies further away gets the state reached.
-  State At(const mjd& t);
+  /// The position at \p t, in decimal days \p days, which must lie in the direction of the start.
+  /// At most 501 steps are made: what lies further away gets the state reached.
+  /// \param y  state (out); its velocity is that of \p t once CompleteVelocity was called
+  void PositionAt(const mjd& t, long double days, State& y);
+  /// Completes the state that the last PositionAt gave.
+  void CompleteVelocity(State& y) { CloseStep(y); }
 
   /// Runge-Kutta steps made so far, over all starts.
   unsigned long Steps() const { return steps_; }
@@ -58,14 +61,30 @@ private:
     long double days; ///< the same in decimal days
   };
 
+  /// A step whose velocity is still to come.
+  struct Step {
+    State k1, k2, k3;  ///< derivatives
+    State end;         ///< where the fourth one is taken
+    long double h = 0; ///< [s] length; 0: nothing is to come
+  };
+
+  /// An epoch, and the same in decimal days.
+  struct Instant {
+    const mjd& epoch;
+    long double days;
+  };
+
   bool IsKept() const;
-  void Step(State& y, long double h);
-  long FirstDoubtful(const mjd& t) const;
-  bool TakesWholeStep(const Node& node, const mjd& t) const;
+  void OpenStep(State& y, long double h);
+  void CloseStep(State& y);
+  long FirstDoubtful(const Instant& end) const;
+  bool TakesWholeStep(const Node& node, const Instant& end) const;
   bool HasArrived(const mjd& epoch, const mjd& t) const;
-  State RunOut(const State& from, mjd epoch, const mjd& t, int stepsDone);
+  void RunOut(const Node& from, const Instant& end, int stepsDone, State& y);
 
   Start start_ = {{}, {}, mjd(), 0, 0};
+  long double stepDays_ = 0; ///< length of a whole step in decimal days
+  Step open_;
   std::vector<Node> nodes_; ///< after 0, 1, 2 ... whole steps
   unsigned long steps_ = 0;
 };

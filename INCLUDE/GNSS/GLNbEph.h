@@ -166,10 +166,23 @@ public:
   xyz ps;                     ///< [m] receiver in the Earth-fixed frame of the last emission epoch
 
 private:
+  /// A record and the epoch of its state, for the passes of one evaluation.
+  struct Orbit {
+    long k;             ///< record
+    mjd epoch;          ///< of the state
+    long double days;   ///< the same in decimal days
+    int direction = 0;  ///< of the integration begun; 0: none
+    long double dt = 0; ///< [s] from the epoch of the state to the last one evaluated
+  };
+
   void CountNav(LineSource& source);
   void ReadNav(LineSource& source);
   long GetDataIndex(short slot, const mjd& tsel) const;
-  void Evaluate(long k, const mjd& t, xyzt& pos, xyzt& vel, short warn);
+  Orbit OrbitOf(long k) const;
+  void FindPosition(const mjd& t, Orbit& orbit, short warn, GLNTrack::State& y);
+  GLNTrack& TrackOf(short slot);
+  GLNTrack::Start StartOf(const Orbit& orbit) const;
+  void Complete(const Orbit& orbit, GLNTrack::State& y, xyzt& pos, xyzt& vel);
   static void DiffEqTwoBody(const matrix<long double>& y, long double GM, long double omega,
                             long double aE, long double C20, long double ax, long double ay,
                             long double az, matrix<long double>& dy);

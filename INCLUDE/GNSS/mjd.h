@@ -33,8 +33,13 @@ public:
   /// \param mjday   whole day, 0 to 199999
   /// \param second  [s] of that day, 0 <= second < 86400
   mjd(unsigned int mjday, long double second);
-  mjd(const mjd& other);
-  mjd& operator=(const mjd& other);
+  mjd(const mjd& other) : mjday_(other.mjday_), second_(other.second_) { TestDatum(); }
+  mjd& operator=(const mjd& other) {
+    mjday_ = other.mjday_;
+    second_ = other.second_;
+    TestDatum();
+    return *this;
+  }
   /// Day and second of a fractional day number \p x [d], 0 <= x < 200000. The day is cut towards
   /// zero and the fraction counted from below: -0.25 is day 0, second 64800.
   mjd& operator=(long double x);
@@ -58,22 +63,37 @@ public:
   bool operator>(const mjd& other) const;
   bool operator<(const mjd& other) const;
   /// Later, or less than 1e-14 s earlier on the same day.
-  bool operator>=(const mjd& other) const;
+  bool operator>=(const mjd& other) const {
+    if (this == &other) return true;
+    return mjday_ > other.mjday_ || (mjday_ == other.mjday_ && second_ - other.second_ > -kOrdered);
+  }
   /// Earlier, or less than 1e-14 s later on the same day.
-  bool operator<=(const mjd& other) const;
+  bool operator<=(const mjd& other) const {
+    if (this == &other) return true;
+    return mjday_ < other.mjday_ || (mjday_ == other.mjday_ && second_ - other.second_ < kOrdered);
+  }
 
   unsigned int GetMJDay() const { return mjday_; }
   /// [s] of the day.
   long double GetSecond() const { return second_; }
   /// [d] day with its fraction.
-  long double GetMJDDec() const;
+  long double GetMJDDec() const { return mjday_ + second_ / kSecondsOfDay; }
   /// Time of day, see the free Sec2HMS.
   void Sec2HMS(unsigned short& hour, unsigned short& minute, long double& second) const;
 
   /// Reports the first field that is out of its range, day before second, and ends the program.
-  void TestDatum() const;
+  void TestDatum() const {
+    if (!(mjday_ <= kLastDay && second_ >= 0 && second_ < kSecondsOfDay)) [[unlikely]]
+      ReportDatum();
+  }
 
 private:
+  static constexpr unsigned int kLastDay = 199999;
+  static constexpr unsigned int kSecondsOfDay = 86400;
+  static constexpr double kOrdered = 1e-14; ///< [s] tolerance; the double
+
+  [[noreturn]] void ReportDatum() const;
+
   unsigned int mjday_ = 0;
   long double second_ = 0;
 };

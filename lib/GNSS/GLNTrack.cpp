@@ -14,10 +14,11 @@ constexpr double kShortestStep = 1e-8; // [s]
 constexpr long double kShortestKept = 1;    // [s]
 constexpr long double kLongestKept = 86400; // [s]
 
-GLNTrack::State Along(const GLNTrack::State& y, const GLNTrack::State& dy, long double h) {
-  GLNTrack::State moved;
+// Into \p moved, element by element: a copy of what was just written in 80 bits would wait for it.
+void Along(const GLNTrack::State& y, const GLNTrack::State& dy, long double h,
+           GLNTrack::State& moved) {
+#pragma GCC unroll 6
   for (std::size_t i = 0; i < y.size(); ++i) moved[i] = y[i] + dy[i] * h;
-  return moved;
 }
 
 /// The ten bytes that a number of 80 bits has.
@@ -63,35 +64,57 @@ void GLNTrack::Derivative(const long double* y, const Forces& f, long double* dy
 void GLNTrack::Begin(const Start& start) {
   if (!nodes_.empty() && SameStart(start_, start)) return;
   start_ = start;
+  stepDays_ = start.step / kSecondsPerDay;
   nodes_.clear();
   nodes_.push_back({start.state, start.epoch, start.epoch.GetMJDDec()});
 }
 
-// One classical Runge-Kutta step of h [s].
-void GLNTrack::Step(State& y, long double h) {
+// One classical Runge-Kutta step of h [s], but for the velocity at its end, which takes the fourth
+// derivative: who asks for a position alone does without.
+void GLNTrack::OpenStep(State& y, long double h) {
   ++steps_;
-  State k1, k2, k3, k4;
+  State& k1 = open_.k1;
+  State& k2 = open_.k2;
+  State& k3 = open_.k3;
+  State& end = open_.end;
   Derivative(y.data(), start_.forces, k1.data());
-  Derivative(Along(y, k1, h / 2.0L).data(), start_.forces, k2.data());
-  Derivative(Along(y, k2, h / 2.0L).data(), start_.forces, k3.data());
-  Derivative(Along(y, k3, h).data(), start_.forces, k4.data());
-  for (std::size_t i = 0; i < y.size(); ++i)
-    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + k4[i] * h / 6.0L;
+  Along(y, k1, h / 2.0L, end);
+  Derivative(end.data(), start_.forces, k2.data());
+  Along(y, k2, h / 2.0L, end);
+  Derivative(end.data(), start_.forces, k3.data());
+  Along(y, k3, h, end);
+  open_.h = h;
+#pragma GCC unroll 3
+  for (std::size_t i = 0; i < 3; ++i)
+    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + end[i + 3] * h / 6.0L;
 }
 
-GLNTrack::State GLNTrack::At(const mjd& t) {
-  if (!IsKept()) return RunOut(start_.state, start_.epoch, t, 0);
+void GLNTrack::CloseStep(State& y) {
+  if (open_.h == 0) return;
+  const auto& [k1, k2, k3, end, h] = open_;
+  State k4;
+  Derivative(end.data(), start_.forces, k4.data());
+#pragma GCC unroll 3
+  for (std::size_t i = 3; i < y.size(); ++i)
+    y[i] += k1[i] * h / 6.0L + k2[i] * h / 3.0L + k3[i] * h / 3.0L + k4[i] * h / 6.0L;
+  open_.h = 0;
+}
+
+void GLNTrack::PositionAt(const mjd& t, long double days, State& y) {
+  const Instant end{t, days};
+  if (!IsKept()) return RunOut(nodes_[0], end, 0, y);
   const long double h = static_cast<long double>(start_.direction) * start_.step;
-  auto m = static_cast<std::size_t>(FirstDoubtful(t));
-  for (; m < kMostSteps && TakesWholeStep(nodes_[m], t); ++m) {
+  auto m = static_cast<std::size_t>(FirstDoubtful(end));
+  for (; m < kMostSteps && TakesWholeStep(nodes_[m], end); ++m) {
     if (m + 1 < nodes_.size()) continue;
-    State y = nodes_[m].state;
-    Step(y, h);
-    mjd epoch = nodes_[m].epoch;
-    epoch += h;
-    nodes_.push_back({y, epoch, epoch.GetMJDDec()});
+    Node next = nodes_[m];
+    OpenStep(next.state, h);
+    CloseStep(next.state);
+    next.epoch += h;
+    next.days = next.epoch.GetMJDDec();
+    nodes_.push_back(next);
   }
-  return RunOut(nodes_[m].state, nodes_[m].epoch, t, static_cast<int>(m));
+  RunOut(nodes_[m], end, static_cast<int>(m), y);
 }
 
 // Other steps could move the epoch out of its range, where no node can be kept.
@@ -101,16 +124,15 @@ bool GLNTrack::IsKept() const {
 
 // Up to two steps before the end a whole step is taken for certain: what is left is then longer
 // than one by a whole step, against which the rounding of decimal days is nothing.
-long GLNTrack::FirstDoubtful(const mjd& t) const {
-  const long double whole =
-      std::floor(std::fabs(t.GetMJDDec() - nodes_[0].days) * kSecondsPerDay / start_.step);
+long GLNTrack::FirstDoubtful(const Instant& end) const {
+  const long double steps = std::fabs(end.days - nodes_[0].days) * kSecondsPerDay / start_.step;
   const long known = static_cast<long>(nodes_.size()) - 1;
-  return std::clamp(static_cast<long>(whole) - 1, 0L, known);
+  return std::clamp(static_cast<long>(steps) - 1, 0L, known);
 }
 
-bool GLNTrack::TakesWholeStep(const Node& node, const mjd& t) const {
-  const long double left = t.GetMJDDec() - node.days; // [d]
-  return !(std::fabs(left) < start_.step / kSecondsPerDay) && !HasArrived(node.epoch, t);
+bool GLNTrack::TakesWholeStep(const Node& node, const Instant& end) const {
+  const long double left = end.days - node.days; // [d]
+  return !(std::fabs(left) < stepDays_) && !HasArrived(node.epoch, end.epoch);
 }
 
 bool GLNTrack::HasArrived(const mjd& epoch, const mjd& t) const {
@@ -119,20 +141,22 @@ bool GLNTrack::HasArrived(const mjd& epoch, const mjd& t) const {
 
 // The rest of an integration; the last step is shortened to what is left. What is left is taken
 // from decimal days, which resolve 0.3 ns: a whole step more or less hangs on it.
-GLNTrack::State GLNTrack::RunOut(const State& from, mjd epoch, const mjd& t, int stepsDone) {
-  State y = from;
-  const long double end = t.GetMJDDec();                                    // [d]
+void GLNTrack::RunOut(const Node& from, const Instant& end, int stepsDone, State& y) {
+  y = from.state;
+  open_.h = 0;
+  mjd epoch = from.epoch;
+  long double left = end.days - from.days;                                  // [d]
   long double h = static_cast<long double>(start_.direction) * start_.step; // [s]
-  long double hd = h / kSecondsPerDay;                                      // [d]
+  long double hd = static_cast<long double>(start_.direction) * stepDays_;  // [d]
   for (int count = stepsDone; count < kMostSteps; ++count) {
-    const long double left = end - epoch.GetMJDDec(); // [d]
     if (std::fabs(left) < std::fabs(hd)) {
       hd = left;
       h = hd * kSecondsPerDay;
     }
-    if (HasArrived(epoch, t) || std::fabs(h) < kShortestStep) break;
-    Step(y, h);
+    if (HasArrived(epoch, end.epoch) || std::fabs(h) < kShortestStep) break;
+    CloseStep(y);
+    OpenStep(y, h);
     epoch += h;
+    left = end.days - epoch.GetMJDDec();
   }
-  return y;
 }

@@ -175,29 +175,51 @@ void GLNbEph::DiffEqTwoBody(const matrix<long double>& y, long double GM, long d
 
 void GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, xyzt& pos, xyzt& vel,
                               short warn) {
-  Evaluate(GetDataIndex(slot, tsel), t, pos, vel, warn);
+  Orbit orbit = OrbitOf(GetDataIndex(slot, tsel));
+  GLNTrack::State y;
+  FindPosition(t, orbit, warn, y);
+  Complete(orbit, y, pos, vel);
 }
 
-void GLNbEph::Evaluate(long k, const mjd& t, xyzt& pos, xyzt& vel, short warn) {
-  const short slot = rdata.sat(k);
-  const auto value = [this, k](long column) { return rdata.data(k, column); };
-  const auto metres = [this, k](long column) { return rdata.data(k, column) * kMetresPerKm; };
-  ephr = t;
-
+GLNbEph::Orbit GLNbEph::OrbitOf(long k) const {
   mjd te = rdata.mjdo(k);
   te += rhead.TauC;
-  const long double dt = kSecondsPerDay * (t.GetMJDDec() - te.GetMJDDec()); // [s]
-  const long double clock = value(kClockBias) - value(kFrequencyBias) * dt + rhead.TauC;
-  if (warn != 0 && std::fabs(dt) > kOldEpoch) WarnOfAge(slot, t, dt);
+  return {k, te, te.GetMJDDec()};
+}
 
-  GLNTrack& track = tracks[static_cast<unsigned short>(slot) % tracks.size()];
-  track.Begin({{metres(kX), metres(kY), metres(kZ), metres(kX + 1), metres(kY + 1), metres(kZ + 1)},
-               {GMz, OMEGAz, aE, C20, metres(kX + 2), metres(kY + 2), metres(kZ + 2)},
-               te,
-               dt < 0 ? -1 : 1,
-               diffinterval});
-  const GLNTrack::State y = track.At(t);
+void GLNbEph::FindPosition(const mjd& t, Orbit& orbit, short warn, GLNTrack::State& y) {
+  const short slot = rdata.sat(orbit.k);
+  ephr = t;
+  const long double days = t.GetMJDDec();
+  orbit.dt = kSecondsPerDay * (days - orbit.days);
+  if (warn != 0 && std::fabs(orbit.dt) > kOldEpoch) WarnOfAge(slot, t, orbit.dt);
+  GLNTrack& track = TrackOf(slot);
+  const int direction = orbit.dt < 0 ? -1 : 1;
+  if (direction != orbit.direction) {
+    orbit.direction = direction;
+    track.Begin(StartOf(orbit));
+  }
+  track.PositionAt(t, days, y);
+}
 
+GLNTrack& GLNbEph::TrackOf(short slot) {
+  return tracks[static_cast<unsigned short>(slot) % tracks.size()];
+}
+
+GLNTrack::Start GLNbEph::StartOf(const Orbit& orbit) const {
+  const auto metres = [&](long column) { return rdata.data(orbit.k, column) * kMetresPerKm; };
+  return {{metres(kX), metres(kY), metres(kZ), metres(kX + 1), metres(kY + 1), metres(kZ + 1)},
+          {GMz, OMEGAz, aE, C20, metres(kX + 2), metres(kY + 2), metres(kZ + 2)},
+          orbit.epoch,
+          orbit.direction,
+          diffinterval};
+}
+
+// Velocity, clock and relativity of the last position, and all of it to the caller.
+void GLNbEph::Complete(const Orbit& orbit, GLNTrack::State& y, xyzt& pos, xyzt& vel) {
+  TrackOf(rdata.sat(orbit.k)).CompleteVelocity(y);
+  const auto value = [&](long column) { return rdata.data(orbit.k, column); };
+  const long double clock = value(kClockBias) - value(kFrequencyBias) * orbit.dt + rhead.TauC;
   constexpr long double c = kSignalSpeed;
   Relativity = 2.0L * (y[0] * y[3] + y[1] * y[4] + y[2] * y[5]) / (c * c);
   p0.Set(y[0], y[1], y[2], clock - Relativity);
@@ -208,13 +230,16 @@ void GLNbEph::Evaluate(long k, const mjd& t, xyzt& pos, xyzt& vel, short warn) {
 
 long double GLNbEph::CalcSatPosition(short slot, const mjd& t, const mjd& tsel, const xyz& rec,
                                      xyzt& pos, xyzt& vel, short warn) {
-  const long k = GetDataIndex(slot, tsel);
+  Orbit orbit = OrbitOf(GetDataIndex(slot, tsel));
+  GLNTrack::State y;
   mjd emission;
+  // A pass needs the position alone; the rest is that of the last pass.
   const TravelResult travel =
-      IterateTravelTime(t, rec, OMEGAz, kMostPasses, emission, ps, [&]() -> const xyzt& {
-        Evaluate(k, emission, pos, vel, warn);
-        return pos;
+      IterateTravelTime(t, rec, OMEGAz, kMostPasses, emission, ps, [&]() -> xyz {
+        FindPosition(emission, orbit, warn, y);
+        return {y[0], y[1], y[2]};
       });
+  Complete(orbit, y, pos, vel);
   if (!travel.settled)
     GLNbEphWarning("GLNbEph::CalcSatPosition():      TO MANY ITERATIONS: > 50!!");
   return travel.range;

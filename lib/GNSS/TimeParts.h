@@ -25,6 +25,10 @@ struct Shift {
   Shift(long double ds, unsigned int period) {
     const long sign = ds < 0 ? -1 : 1;
     const long double size = static_cast<long double>(sign) * ds;
+    if (size < static_cast<long double>(period)) { // most are
+      rest = ds;
+      return;
+    }
     if (size < 0x1p63L) whole = static_cast<long>(size) / static_cast<long>(period);
     rest = static_cast<long double>(sign) *
            (size - static_cast<long double>(whole) * static_cast<long double>(period));

@@ -46,7 +46,7 @@ TravelResult IterateTravelTime(const mjd& t, const xyz& rec, long double omega, 
   int count = 0;
   while (change > 1e-5 && count <= most) {
     if (!SetEmissionEpoch(t, tau, emission)) return {result.range, false};
-    const xyzt& satellite = evaluate();
+    const auto& satellite = evaluate();
     ps = rec.RotateZ(omega * -tau);
     result.range = (ps - satellite).GetLength();
     change = std::fabs(result.range + kSignalSpeed * tau);

@@ -9,23 +9,13 @@
 
 namespace {
 
-constexpr unsigned int kLastDay = 199999;
-
 // Tolerances [s] are the double values.
 constexpr double kMidnight = 1e-12;
 constexpr double kSameSecond = 1e-13;
-constexpr double kOrdered = 1e-14;
 
 } // namespace
 
 mjd::mjd(unsigned int mjday, long double second) : mjday_(mjday), second_(second) { TestDatum(); }
-
-mjd::mjd(const mjd& other) : mjday_(other.mjday_), second_(other.second_) { TestDatum(); }
-
-mjd& mjd::operator=(const mjd& other) {
-  Set(other.mjday_, other.second_);
-  return *this;
-}
 
 mjd& mjd::operator=(long double x) {
   Set(WholePart<unsigned int>(x), (x - std::floor(x)) * kDaySeconds);
@@ -79,25 +69,12 @@ bool mjd::operator>(const mjd& other) const {
 
 bool mjd::operator<(const mjd& other) const { return other > *this; }
 
-bool mjd::operator>=(const mjd& other) const {
-  if (this == &other) return true;
-  return mjday_ > other.mjday_ || (mjday_ == other.mjday_ && second_ - other.second_ > -kOrdered);
-}
-
-bool mjd::operator<=(const mjd& other) const {
-  if (this == &other) return true;
-  return mjday_ < other.mjday_ || (mjday_ == other.mjday_ && second_ - other.second_ < kOrdered);
-}
-
-long double mjd::GetMJDDec() const { return mjday_ + second_ / kDaySeconds; }
-
 void mjd::Sec2HMS(unsigned short& hour, unsigned short& minute, long double& second) const {
   ::Sec2HMS(second_, hour, minute, second);
 }
 
-void mjd::TestDatum() const {
-  if (mjday_ > kLastDay) ValueError("mjd", "MJDAY not valid");
-  if (!(second_ >= 0 && second_ < kDaySeconds)) ValueError("mjd", "SECOND not valid");
+void mjd::ReportDatum() const {
+  ValueError("mjd", mjday_ > kLastDay ? "MJDAY not valid" : "SECOND not valid");
 }
 
 long double operator-(const mjd& a, const mjd& b) {

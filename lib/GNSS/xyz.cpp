@@ -15,13 +15,16 @@ long double Norm(long double x, long double y, long double z) {
   return std::sqrt(x * x + y * y + z * z);
 }
 
-// Turns the pair (a, b) of components counter-clockwise by angle.
-void Turn(long double angle, long double& a, long double& b) {
+struct Pair {
+  long double a;
+  long double b;
+};
+
+// The pair (a, b) of components, turned counter-clockwise by angle.
+Pair Turned(long double angle, long double a, long double b) {
   const long double s = std::sin(angle);
   const long double c = std::cos(angle);
-  const long double turned = a * c - b * s;
-  b = a * s + b * c;
-  a = turned;
+  return {a * c - b * s, a * s + b * c};
 }
 
 xyz WithoutTime(const xyzt& v) { return {v.GetX(), v.GetY(), v.GetZ()}; }
@@ -38,21 +41,18 @@ xyz xyz::GetUnitVector(long double L) const {
 }
 
 xyz xyz::RotateX(long double a) const {
-  xyz turned = *this;
-  Turn(a, turned.y, turned.z);
-  return turned;
+  const Pair yz = Turned(a, y, z);
+  return {x, yz.a, yz.b};
 }
 
 xyz xyz::RotateY(long double a) const {
-  xyz turned = *this;
-  Turn(a, turned.z, turned.x);
-  return turned;
+  const Pair zx = Turned(a, z, x);
+  return {zx.b, y, zx.a};
 }
 
 xyz xyz::RotateZ(long double a) const {
-  xyz turned = *this;
-  Turn(a, turned.x, turned.y);
-  return turned;
+  const Pair xy = Turned(a, x, y);
+  return {xy.a, xy.b, z};
 }
 
 xyz& xyz::operator+=(const xyz& v) {
@@ -98,21 +98,18 @@ xyzt xyzt::GetUnitVector(long double L) const {
 }
 
 xyzt xyzt::RotateX(long double a) const {
-  xyzt turned = *this;
-  Turn(a, turned.y, turned.z);
-  return turned;
+  const Pair yz = Turned(a, y, z);
+  return {x, yz.a, yz.b, dt};
 }
 
 xyzt xyzt::RotateY(long double a) const {
-  xyzt turned = *this;
-  Turn(a, turned.z, turned.x);
-  return turned;
+  const Pair zx = Turned(a, z, x);
+  return {zx.b, y, zx.a, dt};
 }
 
 xyzt xyzt::RotateZ(long double a) const {
-  xyzt turned = *this;
-  Turn(a, turned.x, turned.y);
-  return turned;
+  const Pair xy = Turned(a, x, y);
+  return {xy.a, xy.b, z, dt};
 }
 
 xyzt& xyzt::operator+=(const xyzt& v) {
@@ -151,15 +148,19 @@ bool xyzt::operator==(const xyzt& v) const {
 }
 
 xyz operator+(const xyz& a, const xyz& b) { return xyz(a) += b; }
-xyz operator-(const xyz& a, const xyz& b) { return xyz(a) -= b; }
+xyz operator-(const xyz& a, const xyz& b) {
+  return {a.GetX() - b.GetX(), a.GetY() - b.GetY(), a.GetZ() - b.GetZ()};
+}
 xyz operator+(const xyz& a, const xyzt& b) { return xyz(a) += b; }
-xyz operator-(const xyz& a, const xyzt& b) { return xyz(a) -= b; }
+xyz operator-(const xyz& a, const xyzt& b) {
+  return {a.GetX() - b.GetX(), a.GetY() - b.GetY(), a.GetZ() - b.GetZ()};
+}
 xyz operator+(const xyzt& a, const xyz& b) { return WithoutTime(a) += b; }
 xyz operator-(const xyzt& a, const xyz& b) { return WithoutTime(a) -= b; }
 xyzt operator+(const xyzt& a, const xyzt& b) { return xyzt(a) += b; }
 xyzt operator-(const xyzt& a, const xyzt& b) { return xyzt(a) -= b; }
-xyz operator*(const xyz& v, long double s) { return xyz(v) *= s; }
-xyz operator*(long double s, const xyz& v) { return xyz(v) *= s; }
+xyz operator*(const xyz& v, long double s) { return {v.GetX() * s, v.GetY() * s, v.GetZ() * s}; }
+xyz operator*(long double s, const xyz& v) { return v * s; }
 
 long double operator*(const xyz& a, const xyz& b) {
   return a.GetX() * b.GetX() + a.GetY() * b.GetY() + a.GetZ() * b.GetZ();
