@@ -84,7 +84,7 @@ private:
 
   Start start_ = {{}, {}, mjd(), 0, 0};
   long double stepDays_ = 0; ///< length of a whole step in decimal days
-  Step open_;
+  Step open_ = {};
   std::vector<Node> nodes_; ///< after 0, 1, 2 ... whole steps
   unsigned long steps_ = 0;
 };
