@@ -32,32 +32,43 @@ void FindSun(KorvanC& ctx) {
 
 xyz SunAt(const KorvanC& ctx, long i) { return ctx.SunMag(i) * ctx.posSunUnit(i); }
 
-/// SunEarthAngle is beyond \p limit [rad] by more than double precision could err in it. Most
-/// satellites are far from an eclipse, and the angle itself takes much longer.
-bool IsClearOfEclipse(const xyz& satellite, const xyz& sun, long double limit) {
-  constexpr double kMargin = 1e-9; // of the squared cosine
-  const double cosine = std::cos(static_cast<double>(limit));
-  if (!(cosine > 0)) return false;
-  double alongEarth = 0, toEarth2 = 0, toSun2 = 0;
-  const auto add = [&](long double satelliteAt, long double sunAt) {
-    const auto earth = static_cast<double>(satelliteAt);
-    const auto toSun = static_cast<double>(sunAt) - earth;
-    alongEarth += earth * toSun;
-    toEarth2 += earth * earth;
-    toSun2 += toSun * toSun;
-  };
-  add(satellite.GetX(), sun.GetX());
-  add(satellite.GetY(), sun.GetY());
-  add(satellite.GetZ(), sun.GetZ());
-  return alongEarth * alongEarth < (cosine * cosine - kMargin) * toEarth2 * toSun2;
-}
+/// The angle below which a satellite is eclipsed. Most are far from it, which double precision
+/// tells sooner than SunEarthAngle.
+class EclipseLimit {
+public:
+  explicit EclipseLimit(long double angle) : angle_(angle) {
+    constexpr double kMargin = 1e-9; // of the squared cosine, by far what double could err in it
+    const double cosine = std::cos(static_cast<double>(angle));
+    clear_ = cosine > 0 ? cosine * cosine - kMargin : -1;
+  }
+  bool Holds(const xyz& satellite, const xyz& sun) const {
+    return !IsClear(satellite, sun) && SunEarthAngle(satellite, sun) < angle_;
+  }
 
-bool IsEclipsed(KorvanC& ctx, const SatelliteRecords::Record& r) {
+private:
+  bool IsClear(const xyz& satellite, const xyz& sun) const {
+    double product = 0, toEarth2 = 0, toSun2 = 0;
+    const auto add = [&](long double satelliteAt, long double sunAt) {
+      const auto earth = static_cast<double>(satelliteAt);
+      const auto toSun = static_cast<double>(sunAt) - earth;
+      product += earth * toSun;
+      toEarth2 += earth * earth;
+      toSun2 += toSun * toSun;
+    };
+    add(satellite.GetX(), sun.GetX());
+    add(satellite.GetY(), sun.GetY());
+    add(satellite.GetZ(), sun.GetZ());
+    return product * product < clear_ * toEarth2 * toSun2;
+  }
+
+  long double angle_; ///< [rad]
+  double clear_;      ///< squared cosine of angles that are surely larger; none where negative
+};
+
+bool IsEclipsed(KorvanC& ctx, const SatelliteRecords::Record& r, const EclipseLimit& limit) {
   xyz position;
-  if (!ctx.positions.Locate(ctx, r.k, ctx.rnxd.epoch(r.epoch), position)) return false;
-  const xyz sun = SunAt(ctx, r.epoch);
-  return !IsClearOfEclipse(position, sun, ctx.satEclipsThres) &&
-         SunEarthAngle(position, sun) < ctx.satEclipsThres;
+  return ctx.positions.Locate(ctx, r.k, ctx.rnxd.epoch(r.epoch), position) &&
+         limit.Holds(position, SunAt(ctx, r.epoch));
 }
 
 void RemovePhases(KorvanC& ctx, long k) {
@@ -68,9 +79,10 @@ void RemovePhases(KorvanC& ctx, long k) {
 
 /// \returns how many of the records lost their phases.
 long RemoveEclipsed(KorvanC& ctx, std::span<const SatelliteRecords::Record> records) {
+  const EclipseLimit limit(ctx.satEclipsThres);
   long count = 0;
   for (const auto& r : records) {
-    if (!IsEclipsed(ctx, r)) continue;
+    if (!IsEclipsed(ctx, r, limit)) continue;
     RemovePhases(ctx, r.k);
     ++count;
   }
@@ -142,7 +154,7 @@ long double WindUp(const xyz& satellite, const xyz& sun, const xyz& receiver, co
   const xyz ds = xs - k * (k * xs) - CrossP(k, ys);
   const xyz dr = north - k * (k * north) + CrossP(k, west);
   // straight overhead both dipoles vanish, and so does their angle
-  if (!(ds.GetLength() > 0 && dr.GetLength() > 0)) return 0;
+  if (!(ds * ds > 0 && dr * dr > 0)) return 0;
   const xyz us = ds.GetUnitVector(1);
   const xyz ur = dr.GetUnitVector(1);
   return sign(k * CrossP(us, ur)) * AngleOf(us * ur) / 2 / kPi;
