@@ -10,9 +10,12 @@
 #include "support/Files.h"
 #include "support/ObsStore.h"
 
+#include <algorithm>
+#include <map>
 #include <ostream>
 #include <random>
 #include <tuple>
+#include <utility>
 
 static bool operator==(const PhaseArc& a, const PhaseArc& b) {
   return std::tie(a.sat, a.firstEpoch, a.firstRecord, a.lastEpoch, a.nObs) ==
@@ -91,10 +94,10 @@ protected:
     data.ScreenCL1(elev, kNoCutoff, minLength, cycles, n);
     return Checked(n);
   }
-  /// Limits: steps of 0.06 m, fit within 0.01 m, prediction within 0.02 m.
-  Arcs ByLine(long minLength = 3) {
+  /// Limits with b = 0: steps of 0.06 m, fit within 0.01 m, prediction within 0.02 m.
+  Arcs ByLine(long minLength = 3, long double b = 0) {
     long n = -1;
-    data.ScreenL4Linear(elev, kNoCutoff, minLength, 0.06L, 0, n);
+    data.ScreenL4Linear(elev, kNoCutoff, minLength, 0.06L, b, n);
     return Checked(n);
   }
   Arcs ByMW(long n, long double limit = 1e-6L, long minLength = 1) {
@@ -242,9 +245,10 @@ TEST_F(ScreenCL1, SatellitesWithoutAWavelengthAreSkipped) {
   EXPECT_EQ(ByL4().size(), 3U);
 }
 
-// ---- The walk once over the store against the walk for every satellite --------------------------
+// ---- Random stores and a recorded day against the plain twins ----------------------------------
 
-/// A store with gaps, missing values, slips, satellites twice in an epoch and in any order.
+/// A store with gaps, missing values, slips, satellites twice in an epoch and in any order; the
+/// wide lane scatters about a level that jumps, with single values off it.
 class RandomStore {
 public:
   explicit RandomStore(unsigned seed) : random_(seed) {
@@ -271,6 +275,14 @@ public:
       elev(r) = 0.05L * Pick(30);
       if (Pick(15) != 0) data.L4(r) = 1 + 0.01L * Pick(8) + (Pick(30) == 0 ? 1 : 0);
       if (Pick(15) != 0) data.CL1(r) = 1 + 0.1L * Pick(8) + (Pick(30) == 0 ? 10 : 0);
+    }
+    data.MW.Resize(data.nsatall);
+    std::map<short, long double> level;
+    for (long r = 0; r < data.nsatall; ++r) {
+      long double& jumped = level[data.sat(r)];
+      if (Pick(25) == 0) jumped += 0.4L * (Pick(15) - 7);
+      if (Pick(20) != 0)
+        data.MW(r) = 20 + jumped + 0.05L * Pick(6) + (Pick(20) == 0 ? 0.45L * Pick(9) : 0);
     }
   }
 
@@ -302,6 +314,49 @@ TEST_F(ScreenL4, OneWalkFindsTheArcsOfOneWalkPerSatellite) {
   EXPECT_GT(total, 1000U);
 }
 
+TEST_F(ScreenL4Linear, RandomStoresHaveTheArcsThatAreTold) {
+  file = folder.Name("arcs");
+  std::size_t total = 0;
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    RandomStore random(seed);
+    RINEXData& store = random.obs.data;
+    store.SetAmbFile(file.c_str());
+    for (const long minLength : {0L, 1L, 3L, 5L, 9L})
+      for (const auto& [a, b] : {std::pair{0.3L, 0.0L}, {0.06L, 0.01L}, {0.0L, 0.02L}}) {
+        long n = -1;
+        store.ScreenL4Linear(random.elev, 0.05L, minLength, a, b, n);
+        EXPECT_EQ(store.arcs, screen_L4_linear_plain(store, random.elev, 0.05L, minLength, a, b));
+        EXPECT_EQ(n, static_cast<long>(store.arcs.size()));
+        total += store.arcs.size();
+      }
+  }
+  EXPECT_GT(total, 1000U);
+}
+
+TEST_F(ScreenMW, RandomStoresHaveTheArcsThatAreTold) {
+  file = folder.Name("arcs");
+  long sound = 0;
+  long split = 0;
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    RandomStore random(seed);
+    RINEXData& store = random.obs.data;
+    store.SetAmbFile(file.c_str());
+    for (const long minLength : {0L, 1L, 2L, 6L})
+      for (const long double limit : {0.0L, 0.2L, 1.0L, 3.0L}) {
+        long n = -1;
+        store.ScreenL4(random.elev, -1, 1, 30, 0, n); // cuts at gaps alone
+        const Arcs whole = store.arcs;
+        store.ScreenMW(limit, minLength, n);
+        EXPECT_EQ(store.arcs, screen_MW_plain(store, whole, limit, minLength));
+        EXPECT_EQ(n, static_cast<long>(store.arcs.size()));
+        for (const PhaseArc& arc : store.arcs)
+          ++(std::find(whole.begin(), whole.end(), arc) != whole.end() ? sound : split);
+      }
+  }
+  EXPECT_GT(sound, 1000);
+  EXPECT_GT(split, 1000);
+}
+
 TEST_F(ScreenL4, RecordedDayHasTheArcsOfOneWalkPerSatellite) {
   SKIP_WITHOUT("2011-283-cagz/cagz2830.11o");
   SKIP_WITHOUT("derived/glonass-channels.txt");
@@ -331,6 +386,33 @@ TEST_F(ScreenL4Linear, ContinuousSatelliteIsOneArc) {
   Build(20, {7, 5});
   for (long i = 0; i < 20; ++i) Step(data.L4, i, 0.05L); // a line
   EXPECT_EQ(ByLine(), (Arcs{{5, 0, 0, 19, 20}, {7, 0, 0, 19, 20}}));
+}
+
+// The gaps may be as long as 30.5 s. With a = 0.06 and b = 0.01, b sqrt(30.5) is 0.055227: steps
+// of 0.115227, fit within 0.037613, prediction within 0.075227.
+TEST_F(ScreenL4Linear, SlopeUpToTheLimitIsFollowed) {
+  Build(12);
+  for (long i = 1; i < 12; ++i) Step(data.L4, i, 0.1152L);
+  EXPECT_EQ(ByLine(3, 0.01L), (Arcs{{5, 0, 0, 11, 12}}));
+  for (long i = 1; i < 12; ++i) Step(data.L4, i, 0.0001L);
+  EXPECT_EQ(ByLine(3, 0.01L), Arcs{});
+}
+
+// Of three values 0, 0, s the largest misfit is 5 s / 6.
+TEST_F(ScreenL4Linear, StartFitsWithinHalfTheGrowth) {
+  Build(3);
+  data.L4(2) = 1.0451L;
+  EXPECT_EQ(ByLine(3, 0.01L), (Arcs{{5, 0, 0, 2, 3}}));
+  data.L4(2) = 1.0452L;
+  EXPECT_EQ(ByLine(3, 0.01L), Arcs{});
+}
+
+TEST_F(ScreenL4Linear, PredictionAllowsForTheGrowth) {
+  Build(4);
+  data.L4(3) = 1.0752L;
+  EXPECT_EQ(ByLine(3, 0.01L), (Arcs{{5, 0, 0, 3, 4}}));
+  data.L4(3) = 1.0753L;
+  EXPECT_EQ(ByLine(3, 0.01L), (Arcs{{5, 0, 0, 2, 3}}));
 }
 
 TEST_F(ScreenL4Linear, SlipEndsTheArcBeforeIt) {
@@ -550,6 +632,51 @@ TEST_F(WideLaneArc, TwoOutliersThatAgreeSplitAtTheFirst) {
 TEST_F(WideLaneArc, TwoOutliersThatDisagreeSplitAtTheSecond) {
   Step(data.MW, 10, 3);
   Step(data.MW, 11, 3);
+  EXPECT_EQ(ByMW(1), (Arcs{{5, 0, 0, 9, 10}, {5, 11, 11, 19, 8}}));
+}
+
+// The wide lane of GPS is 0.8619 m long.
+TEST_F(WideLaneArc, OutliersAgreeWithinAWideLane) {
+  for (long i = 11; i < 20; ++i) data.MW(i) = 14;
+  for (const long double apart : {0.8L, -0.8L, 0.8618L}) {
+    data.MW(10) = 14 - apart;
+    WriteArcs({whole});
+    EXPECT_EQ(ByMW(1), (Arcs{{5, 0, 0, 9, 10}, {5, 10, 10, 19, 9}})) << apart;
+  }
+  for (const long double apart : {0.9L, -0.9L, 0.8620L}) {
+    data.MW(10) = 14 - apart;
+    WriteArcs({whole});
+    EXPECT_EQ(ByMW(1), (Arcs{{5, 0, 0, 9, 10}, {5, 11, 11, 19, 8}})) << apart;
+  }
+}
+
+// Of equal values each, the n-th as well, takes its share of the variance: 0.43096^2 m2 at first,
+// 0.43096^2 / (n + 1) m2 behind n.
+TEST_F(WideLaneArc, OutliersLieBeyondSixTimesTheSpread) {
+  const long double sigma = 0.4309592000445875L / 3; // behind eight
+  const auto arcsWith = [&](long double ninth, long double tenth, long double rest) {
+    for (long i = 0; i < 20; ++i) data.MW(i) = i < 8 ? 10 : 10 + sigma * rest;
+    data.MW(8) = 10 + sigma * ninth;
+    data.MW(9) = 10 + sigma * tenth;
+    WriteArcs({whole});
+    return ByMW(1);
+  };
+  const Arcs splitAtTheNinth{{5, 0, 0, 7, 8}, {5, 8, 8, 19, 11}};
+  EXPECT_EQ(arcsWith(5.9L, 5.9L, 5.9L), (Arcs{{5, 0, 0, 19, 20}}));
+  EXPECT_EQ(arcsWith(-5.9L, -5.9L, -5.9L), (Arcs{{5, 0, 0, 19, 20}}));
+  EXPECT_EQ(arcsWith(6.1L, 6.1L, 6.1L), splitAtTheNinth);
+  EXPECT_EQ(arcsWith(-6.1L, -6.1L, -6.1L), splitAtTheNinth);
+  EXPECT_EQ(arcsWith(6.1L, 5.9L, 0), (Arcs{{5, 0, 0, 19, 19}})); // a single one
+  EXPECT_EQ(arcsWith(6.1L, 6.1L, 0), splitAtTheNinth);
+}
+
+// The first value of a later piece is not taken twice: the second has six times the whole
+// 0.43096 m, not that over the root of 2.
+TEST_F(WideLaneArc, LaterPieceBeginsWithTheWholeSpread) {
+  for (long i = 10; i < 20; ++i) data.MW(i) = 21;
+  data.MW(10) = 25;
+  data.MW(11) = 20; // begins the piece
+  data.MW(12) = 22.2L;
   EXPECT_EQ(ByMW(1), (Arcs{{5, 0, 0, 9, 10}, {5, 11, 11, 19, 8}}));
 }
 
