@@ -82,11 +82,13 @@ void RINEX::ReadFile() {
   rdata.SetTimeCorr(IsTimeCorr);
   text.Rewind();
   ReadRINEXHeader(text, rhead);
-  // The counting pass knows of no list of types that goes on over the end of the header.
+  // The counting pass sees a list of types that goes on over the end of the header, or a lost line
+  // of a satellite, otherwise than the filling one.
   if (!ReadRINEXData(text, rdata))
-    ProgramError("Zenta", ("NUMBER OF OBSERVATION TYPES DOES NOT FIT THE DATA IN RINEX FILE " +
-                           std::string(rinexfile) + "!")
-                              .c_str());
+    ProgramError("Zenta",
+                 ("NUMBER OF EPOCHS AND OBSERVATIONS DOES NOT FIT THE DATA IN RINEX FILE " +
+                  std::string(rinexfile) + "!")
+                     .c_str());
   rhead.obsfirst = rdata.epoch(0);
   rhead.obslast = rdata.obslast;
   for (auto* system : {&rhead.obsfirstts, &rhead.obslastts})

@@ -308,18 +308,27 @@ TEST_F(RINEXFileDeathTest, LongLineWithinASatellite) {
 TEST_F(RINEXFileDeathTest, ListOfTypesThatTakesTheEndOfTheHeader) {
   // Ten types, of which the second line is missing: END OF HEADER is taken for it, and the
   // header then runs to the end of the file. The epochs that were counted would stay empty.
-  EXPECT_ENDS(
-      ReadText(Line("    10    C1    P1    P2    L1    L2    C2    S1    S2    D1",
-                    "# / TYPES OF OBSERV") +
-               End() + Epoch(0, 1, "G 1") + Field(1) + "\n\n"),
-      "Error -> NUMBER OF OBSERVATION TYPES DOES NOT FIT THE DATA IN RINEX FILE .*/obs.11o! ");
+  EXPECT_ENDS(ReadText(Line("    10    C1    P1    P2    L1    L2    C2    S1    S2    D1",
+                            "# / TYPES OF OBSERV") +
+                       End() + Epoch(0, 1, "G 1") + Field(1) + "\n\n"),
+              "Error -> NUMBER OF EPOCHS AND OBSERVATIONS DOES NOT FIT THE DATA IN RINEX FILE "
+              ".*/obs.11o! ");
+}
+
+TEST_F(RINEXFileDeathTest, LostLineOfASatelliteThatTakesTheNextEpoch) {
+  const std::string types =
+      Line("    10    C1    P1    P2    L1    L2    C2    S1    S2    D1", "# / TYPES OF OBSERV") +
+      Line("          D2", "# / TYPES OF OBSERV");
+  EXPECT_ENDS(ReadText(types + End() + Epoch(0, 1, "G 1") + Field(1) + "\n" + Epoch(30, 1, "G 1") +
+                       Field(1) + "\n" + Field(2) + "\n"),
+              "NUMBER OF EPOCHS AND OBSERVATIONS DOES NOT FIT THE DATA IN RINEX FILE");
 }
 
 TEST_F(RINEXFileDeathTest, NumberOfTypesThatFitsInNoFile) {
   // Read as 16 bits it would be 2.
   EXPECT_ENDS(ReadText(Line(" 65538    C1    P1", "# / TYPES OF OBSERV") + End() +
                        Epoch(0, 1, "G 1") + Field(1) + "\n"),
-              "NUMBER OF OBSERVATION TYPES DOES NOT FIT");
+              "NUMBER OF EPOCHS AND OBSERVATIONS DOES NOT FIT");
 }
 
 TEST_F(RINEXFileDeathTest, EpochsThatTheCountPassedOver) {
