@@ -57,13 +57,13 @@ void GNSSpEph::ApplyAntennaOffset(antex& atx, bool verbose) {
     for (long record = nsat * k; record < nsat * (k + 1); ++record) {
       const short satellite = sat(record);
       xyzt& pos = sPos(record);
-      // 0 is no position, and must stay so.
-      if (satellite >= kFirstOther || !HasPosition(pos)) continue;
+      if (satellite >= kFirstOther) continue;
       atx.SetSatellite(satellite, t);
       if (atx.GetAtxIndex() == -1) {
         WarnWithoutOffset(satellite);
         continue;
       }
+      if (!HasPosition(pos)) continue; // 0 is no position, and must stay so
       neu offset;
       atx.GetAntennaOffset(offset, satellite < kFirstGLONASS ? kGPSL1 : kGLONASSL1);
       const xyz shift = PhaseCentre(offset, xyz(pos.GetX(), pos.GetY(), pos.GetZ()), t);

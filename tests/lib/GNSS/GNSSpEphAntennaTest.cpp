@@ -5,9 +5,13 @@
 #include "support/Captured.h"
 #include "support/Files.h"
 #include "support/Near.h"
+#include "support/StandingOrbits.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -142,6 +146,126 @@ TEST_F(AntennaOffset, VerboseRunPrintsEachEpoch) {
   }
   EXPECT_EQ(text.substr(0, 51), "   0.  55844     0.0\n   1.  55844   900.0\n   2.  55");
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 96);
+}
+
+// ---- Satellites that stand still, and offsets written by hand
+
+std::string AntexLine(const std::string& text, const std::string& label) {
+  return text + std::string(60 - text.size(), ' ') + label + "\n";
+}
+
+/// An offset [mm] in the order of the file: x, y, z.
+std::string AntexFrequency(const std::string& name, double x, double y, double z) {
+  char offset[61];
+  std::snprintf(offset, sizeof offset, "%10.2f%10.2f%10.2f", x, y, z);
+  return AntexLine("   " + name, "START OF FREQUENCY") + AntexLine(offset, "NORTH / EAST / UP") +
+         "   NOAZI    0.00    0.00\n" + AntexLine("   " + name, "END OF FREQUENCY");
+}
+
+std::string AntexSatellite(const std::string& type, const std::string& frequencies) {
+  return AntexLine("", "START OF ANTENNA") + AntexLine(type, "TYPE / SERIAL NO") +
+         AntexLine("     0.0", "DAZI") + AntexLine("     0.0   1.0   1.0", "ZEN1 / ZEN2 / DZEN") +
+         AntexLine("     2", "# OF FREQUENCIES") + frequencies + AntexLine("", "END OF ANTENNA");
+}
+
+/// Unit vector to the Sun from the Astronomical Almanac's formulae of low precision (0.01 deg), in
+/// the Earth-fixed frame; GPS time is 15 s ahead of UTC in October 2011.
+xyz AlmanacSun(const mjd& t) {
+  constexpr long double degree = 3.14159265358979323846L / 180;
+  const long double n = t.GetMJDay() - 51544.5L + (t.GetSecond() - 15) / 86400; // days from J2000
+  const long double L = 280.460L + 0.9856474L * n;
+  const long double g = (357.528L + 0.9856003L * n) * degree;
+  const long double lambda = (L + 1.915L * std::sin(g) + 0.020L * std::sin(2 * g)) * degree;
+  const long double epsilon = 23.439L * degree;
+  const long double declination = std::asin(std::sin(epsilon) * std::sin(lambda));
+  const long double ascension = std::atan2(std::cos(epsilon) * std::sin(lambda), std::cos(lambda));
+  const long double longitude = ascension - (280.46062L + 360.98564737L * n) * degree;
+  return {std::cos(declination) * std::cos(longitude), std::cos(declination) * std::sin(longitude),
+          std::sin(declination)};
+}
+
+/// The shift [m] of a satellite by its offset. The Sun is so far away that the satellite sees it
+/// where the Earth does, within 2e-4 rad.
+xyz Shift(const xyz& pos, const xyz& sun, long double x, long double y, long double z) {
+  const long double r = std::sqrt(pos * pos);
+  const xyz down(-pos.GetX() / r, -pos.GetY() / r, -pos.GetZ() / r);
+  // down x sun, and its product with down: the part of sun at right angles to down
+  const xyz side(down.GetY() * sun.GetZ() - down.GetZ() * sun.GetY(),
+                 down.GetZ() * sun.GetX() - down.GetX() * sun.GetZ(),
+                 down.GetX() * sun.GetY() - down.GetY() * sun.GetX());
+  const xyz sunward = sun - (down * sun) * down;
+  return x * sunward + y * side + z * down;
+}
+
+class StandingAntennas : public testing::Test {
+protected:
+  StandingAntennas() {
+    const ScratchFolder folder;
+    atx.SetFile(
+        folder
+            .Write("hand.atx", AntexLine("     1.4            M", "ANTEX VERSION / SYST") +
+                                   AntexLine("A", "PCV TYPE / REFANT") +
+                                   AntexLine("", "END OF HEADER") +
+                                   AntexSatellite("BLOCK IIA           G05",
+                                                  AntexFrequency("G01", 1000, 2000, 3000) +
+                                                      AntexFrequency("G02", 7000, 8000, 9000)) +
+                                   AntexSatellite("GLONASS-M           R05",
+                                                  AntexFrequency("R01", -3000, 1000, 2000) +
+                                                      AntexFrequency("R02", 7000, 8000, 9000)) +
+                                   AntexSatellite("BLOCK IIF           G07",
+                                                  AntexFrequency("G01", 0.4, -0.5, 3000) +
+                                                      AntexFrequency("G02", 7000, 8000, 9000)) +
+                                   AntexSatellite("BLOCK IIF           G08",
+                                                  AntexFrequency("G01", 0.5, -0.6, 3000) +
+                                                      AntexFrequency("G02", 7000, 8000, 9000)))
+            .c_str());
+    atx.ReadFile();
+  }
+  /// Moves \p satellites. \returns the warnings.
+  std::string Move(const std::vector<Standing>& satellites) {
+    orbits = StandingOrbits(satellites);
+    const Captured err(std::cerr);
+    orbits.ApplyAntennaOffset(atx, false);
+    return err.Text();
+  }
+  antex atx;
+  GNSSpEph orbits;
+  const xyz place{15000000, -12000000, 18000000};
+};
+
+TEST_F(StandingAntennas, OffsetTurnsWithTheSun) {
+  const xyz other(-9000000, 20000000, 13000000);
+  EXPECT_EQ(Move({{"G05", place}, {"R05", other}}), "");
+  for (long k = 0; k < orbits.GetNEpoch(); ++k) {
+    const xyz sun = AlmanacSun(orbits.GetMJD(k));
+    const xyz gps = Place(orbits.GetSatPos(2 * k)) - place;
+    const xyz glonass = Place(orbits.GetSatPos(2 * k + 1)) - other;
+    EXPECT_TRUE(Near((gps - Shift(place, sun, 1, 2, 3)).GetLength(), 0, 2e-3L)) << k;
+    EXPECT_TRUE(Near((glonass - Shift(other, sun, -3, 1, 2)).GetLength(), 0, 2e-3L)) << k;
+  }
+}
+
+TEST_F(StandingAntennas, LessThanAMillimetreAcrossLeavesTheSunOut) {
+  EXPECT_EQ(Move({{"G07", place}, {"G08", place}}), "");
+  const xyz along = Shift(place, xyz(), 0, 0, 3);
+  for (long k = 0; k < orbits.GetNEpoch(); ++k) {
+    const xyz sun = AlmanacSun(orbits.GetMJD(k));
+    const xyz near = Place(orbits.GetSatPos(2 * k)) - place;
+    const xyz across = Place(orbits.GetSatPos(2 * k + 1)) - place;
+    EXPECT_TRUE(Near((near - along).GetLength(), 0, 1e-9L)) << k;
+    EXPECT_TRUE(Near((across - Shift(place, sun, 0.0005L, -0.0006L, 3)).GetLength(), 0, 1e-6L));
+    EXPECT_GT((across - along).GetLength(), 1e-5L) << k;
+  }
+}
+
+TEST_F(StandingAntennas, MissingPositionHidesNoMissingOffset) {
+  EXPECT_EQ(Move({{"G05", xyz()}}), "");
+  EXPECT_TRUE(orbits.GetSatPos(0) == xyzt(0, 0, 0, 0));
+  const std::string warnings = Move({{"G09", xyz()}});
+  EXPECT_NE(warnings.find("SATELLITE PHASE CENTER OFFSET NOT FOUND IN ANTEX FILE: PRN:   9 ####"),
+            std::string::npos);
+  EXPECT_TRUE(orbits.GetSatPos(0) == xyzt(0, 0, 0, 0));
+  EXPECT_EQ(Move({{"E09", xyz()}}), "");
 }
 
 TEST(AntennaOffsetWithoutOrbits, NothingIsDone) {
