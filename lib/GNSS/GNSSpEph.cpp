@@ -394,13 +394,14 @@ long double GNSSpEph::CalcSatPosition(unsigned short satellite, const mjd& t, co
                                       xyzt& pos, xyzt& vel) {
   WarnOutsideFile(t);
   const long index = FindSatellite(satellite);
-  xyz turned;
-  mjd previous; // epoch of the pass before
+  xyz turned = ps; // receiver of the pass before; a pass without a position leaves it in ps
+  mjd previous;    // epoch of the pass before
   bool isFirst = true;
   // A pass needs the position alone; velocity and clock are those of the last pass.
   const TravelResult travel =
       IterateTravelTime(t, rec, OMEGAz, kMostPasses, ephr, turned, [&]() -> const xyzt& {
         WarnOutsideFile(ephr);
+        ps = turned;
         if (!AddPositions(index)) return kNowhere;
         previous = ephr;
         isFirst = false;

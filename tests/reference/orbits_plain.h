@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cmath>
-#include <limits>
 #include <vector>
 
 /// Precise orbits, every node product multiplied out for every node, and velocity and clock in
@@ -41,23 +40,28 @@ public:
   long double CalcSatPosition(unsigned short satellite, const mjd& t, const xyz& rec, xyzt& pos,
                               xyzt& vel) {
     Warn(t);
-    mjd emission;
-    xyz turned;
-    const TravelResult travel =
-        IterateTravelTime(t, rec, 7.2921151467e-5, 10, emission, turned, [&]() -> xyzt {
-          CalcSatPosition(satellite, emission, pos, vel);
-          if (PSisOK) return pos;
-          return {std::numeric_limits<long double>::quiet_NaN(), 0, 0, 0};
-        });
-    if (!PSisOK) return -1;
-    ps = turned;
-    if (!travel.settled)
-      ProgramWarning("Zenta", "CalcSatPosition():      TO MANY ITERATIONS: > 10!!");
     constexpr long double c = 299792458.0L;
+    const long double omega = 7.2921151467e-5;
+    long double tau = -0.075;
+    long double change = 1;
+    long double range = 0;
+    int count = 0;
+    while (change > 1e-5 && count <= 10) {
+      mjd emission = t;
+      emission += tau;
+      CalcSatPosition(satellite, emission, pos, vel);
+      if (!PSisOK) return -1;
+      ps = rec.RotateZ(omega * -tau);
+      range = (ps - pos).GetLength();
+      change = std::fabs(range + c * tau);
+      tau = -range / c;
+      ++count;
+    }
+    if (count > 10) ProgramWarning("Zenta", "CalcSatPosition():      TO MANY ITERATIONS: > 10!!");
     Relativity = 2.0L * (pos.GetX() * (vel.GetX() / c) / c + pos.GetY() * (vel.GetY() / c) / c +
                          pos.GetZ() * (vel.GetZ() / c) / c);
     pos.SetT(pos.GetT() - Relativity);
-    return travel.range;
+    return range;
   }
 
   bool PSisOK = true;

@@ -392,6 +392,16 @@ TEST(GNSSpEph, OnANodeThePositionIsTheTabulatedOne) {
   }
 }
 
+TEST(GNSSpEph, BesideANodeTheVelocityIsExactToo) {
+  // 1e-8 h is 36 us.
+  GNSSpEph orbit = Read(PolynomialFile());
+  for (int k = 1; k < 19; ++k)
+    for (const long double hours : {1e-8L, -1e-8L, 1e-9L}) {
+      const long double seconds = 900.0L * k + 3600 * hours;
+      ExpectPolynomials(Evaluate(orbit, 1, Seconds(seconds)), seconds / 900);
+    }
+}
+
 TEST(GNSSpEph, EndsOfTheFileUseItsFirstAndLastFourteenNodes) {
   // The nodes 14 to 25 are off the polynomial; so are 14 to 25 counted from the end.
   for (const bool fromEnd : {false, true}) {
@@ -803,6 +813,26 @@ TEST(GNSSpEph, RangeSolvesTheLightTimeEquationInTheInertialFrame) {
     EXPECT_TRUE(Near(Distance(state.pos, Evaluate(other, satellite, emission).pos), 0, 1e-4L));
     EXPECT_TRUE(Near((orbit.ps - rec.RotateZ(kOmega * range / kC)).GetLength(), 0, 1e-6L));
   }
+}
+
+TEST(GNSSpEph, PassWithoutAPositionLeavesTheReceiverOfThePassBefore) {
+  // 45 ms of light: the signal left behind node 16, but 75 ms earlier was before it. Only the nodes
+  // of the later epoch, 10 to 23, have the missing one among them.
+  Sp3 file;
+  file.epochs = 40;
+  file.record = [](int k, std::size_t) {
+    return k == 23 ? Record{0, 0, 0, 0} : Record{20000, 0, 0, 0};
+  };
+  GNSSpEph orbit = Read(file);
+  const xyz rec(6378137, 0, 0);
+  State state;
+  EXPECT_EQ(orbit.CalcSatPosition(1, Seconds(16 * 900 + 0.06L), rec, state.pos, state.vel), -1);
+  EXPECT_FALSE(orbit.PSisOK);
+  const xyz afterOne = rec.RotateZ(kOmega * 0.075L);
+  EXPECT_TRUE(Near((orbit.ps - afterOne).GetLength(), 0, 1e-9L));
+  // None in the first pass: what was there stays.
+  EXPECT_EQ(orbit.CalcSatPosition(1, At(17), xyz(1, 2, 3), state.pos, state.vel), -1);
+  EXPECT_TRUE(Near((orbit.ps - afterOne).GetLength(), 0, 1e-9L));
 }
 
 TEST(GNSSpEph, RelativityOfAnEccentricOrbitIsThatOfItsEccentricAnomaly) {
