@@ -538,6 +538,29 @@ TEST(GPSbEph, KeplerOrbitFollowsTheEllipse) {
   }
 }
 
+// Half a unit in the last of 53 bits is some tenths of a nanometre of the orbit. Anomalies of less
+// than a right angle: the others have pi in double precision added.
+TEST(GPSbEph, TrueAnomalyIsThatOfACosineInDoublePrecision) {
+  constexpr double sqrtA = 5153.6;
+  constexpr double e = 0.3;
+  const long double a = static_cast<long double>(sqrtA) * sqrtA;
+  long double apart = 0;
+  for (const double M : {0.1, 0.25, 0.4, 0.55, 0.7, 0.85}) {
+    const long double E = GPSbEphPeer::EccentricAnomaly(M, e);
+    const auto place = [&](long double cosine) {
+      const long double nu = std::atan2(std::sqrt((1.0L - e) * (1.0L + e)) * std::sin(E), cosine);
+      const long double r = a * (1.0L - e * std::cos(E));
+      return xyz(r * std::cos(nu), r * std::sin(nu), 0).RotateZ(-1.1).RotateX(0.96).RotateZ(0.7);
+    };
+    GPSbEph eph = Ellipse(sqrtA, e, M);
+    const xyzt pos = PositionAt(eph, 0);
+    const long double cosine = std::cos(E) - e;
+    EXPECT_LT((place(static_cast<double>(cosine)) - pos).GetLength(), 1e-10L) << M;
+    apart = std::max(apart, (place(cosine) - pos).GetLength());
+  }
+  EXPECT_GT(apart, 3e-10L);
+}
+
 TEST(GPSbEph, OrbitClosesAfterItsPeriod) {
   GPSbEph eph = Ellipse(1500.0, 0.3, 0.4); // 2 250 km, so that the period is within 8000 s
   const long double a = 1500.0L * 1500.0L;

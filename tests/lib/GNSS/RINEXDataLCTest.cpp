@@ -158,9 +158,15 @@ TEST_F(RINEXDataLC, MelbourneWuebbenaWithoutItsCodeClearsTheFlag) {
   data.SetLC_MW(false);
   EXPECT_TRUE(obs.header.iMW);
   EXPECT_NE(data.MW(0).GetObs(), before);
-  obs.header.iL2 = false;
-  data.SetLC_MW(false);
-  EXPECT_FALSE(obs.header.iMW);
+  for (bool RINEXHeader::*type :
+       {&RINEXHeader::iP1, &RINEXHeader::iP2, &RINEXHeader::iL1, &RINEXHeader::iL2}) {
+    obs.header.*type = false;
+    data.SetLC_MW(false);
+    EXPECT_FALSE(obs.header.iMW);
+    obs.header.*type = true;
+    data.SetLC_MW(false);
+    EXPECT_TRUE(obs.header.iMW);
+  }
 }
 
 TEST_F(RINEXDataLC, MissingInputGivesAMissingCombination) {
@@ -284,10 +290,24 @@ TEST(Corr4ClockError, TypeThatTheHeaderDoesNotListIsNotMoved) {
   ObsStore obs;
   obs.AddEpoch(29.9995L, {5});
   obs.Build();
-  obs.data.C1(0) = 2e7L;
-  obs.header.iC1 = false;
-  obs.data.Corr4ClockError();
-  EXPECT_EQ(obs.data.C1(0).GetObs(), 2e7L);
+  RINEXData& data = obs.data;
+  const struct {
+    bool RINEXHeader::*type;
+    gnssobs& code;
+  } codes[] = {{&RINEXHeader::iC1, data.C1(0)},
+               {&RINEXHeader::iP1, data.P1(0)},
+               {&RINEXHeader::iP2, data.P2(0)},
+               {&RINEXHeader::iC5, data.C5(0)}};
+  for (const auto& missing : codes) {
+    for (const auto& c : codes) {
+      c.code = 2e7L;
+      obs.header.*c.type = c.type != missing.type;
+    }
+    data.epoch(0) = mjd(55844, 29.9995L);
+    data.Corr4ClockError();
+    for (const auto& c : codes)
+      EXPECT_EQ(c.code.GetObs() == 2e7L, c.type == missing.type) << &missing - codes << &c - codes;
+  }
 }
 
 TEST(Corr4ClockError, NoIntervalMovesNothing) {
@@ -430,6 +450,26 @@ TEST(CorrMSJumpsGlonass, PhaseMovesByTheWavelengthOfTheChannelIfThereIsOne) {
   EXPECT_TRUE(Near(obs.data.L2(5).GetObs(), 1e8L + kMillisecond * kF2R / kC, 1e-6L));
   EXPECT_EQ(obs.data.L1(6).GetObs(), 1e8L); // slot 6 has no channel
   EXPECT_EQ(obs.data.L1(7).GetObs(), 1e8L); // Galileo
+}
+
+TEST(CorrMSJumpsGlonass, WavelengthOfACentimetreIsThatOfNoCarrier) {
+  const RestoredCoefficients restored;
+  for (const auto& [lambda, jumps] : {std::pair{0.0099L, 0}, {0.0101L, 1}, {-0.0101L, 1}}) {
+    GLONASSc::lamb(4, 0) = lambda;
+    GLONASSc::lamb(4, 1) = 0.0099L;
+    ObsStore obs;
+    obs.AddEpoch(0, {105});
+    obs.AddEpoch(30, {105});
+    obs.Build();
+    obs.data.C1(0) = 2e7L;
+    obs.data.C1(1) = 2e7L + kMillisecond;
+    for (long r = 0; r < 2; ++r) obs.data.L1(r) = obs.data.L2(r) = 1e8L;
+    long njumps = -1;
+    obs.data.CorrMSJumps(njumps);
+    EXPECT_EQ(njumps, jumps) << lambda;
+    EXPECT_TRUE(Near(obs.data.L1(1).GetObs(), 1e8L + jumps * kMillisecond / lambda, 1e-6L));
+    EXPECT_EQ(obs.data.L2(1).GetObs(), 1e8L);
+  }
 }
 
 TEST(CorrMSJumpsPairs, NoMoreThanAHundredSatellitesAreCompared) {

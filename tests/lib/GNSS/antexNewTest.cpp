@@ -319,6 +319,19 @@ TEST(antex, SatelliteBeyondEveryValidityLeavesNothingSelected) {
   EXPECT_EQ(At(atx, 10).g1, 0);
 }
 
+TEST(antex, NameThatOccursWithinTheOneAskedForIsFound) {
+  // The label may stand anywhere in its line, here within the name.
+  std::string shorter = Record().Text();
+  const std::string line = Line(kReceiver, "TYPE / SERIAL NO");
+  shorter.replace(shorter.find(line), line.size(), "TYPE / SERIAL NO\n");
+  antex atx;
+  Read(atx, Header() + Record().Text() + shorter);
+  atx.SetAntenna("  TYPE / SERIAL NO  ");
+  EXPECT_EQ(atx.GetAtxIndex(), 1);
+  atx.SetAntenna(kReceiver);
+  EXPECT_EQ(atx.GetAtxIndex(), 0);
+}
+
 TEST(antex, UnknownReceiverIsWarnedOf) {
   antex atx;
   Read(atx, Header() + Record().Text());
