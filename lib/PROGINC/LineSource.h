@@ -17,7 +17,7 @@
 class LineSource {
 public:
   /// What a pipe or a device may give: it does not tell its length before, and may be endless.
-  static constexpr std::size_t kLongestStream = std::size_t{1} << 30;
+  static constexpr std::size_t kLongestStream = std::size_t{1} << 29;
 
   /// Holds a copy of \p text.
   explicit LineSource(std::string_view text);
