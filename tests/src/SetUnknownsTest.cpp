@@ -73,6 +73,18 @@ TEST(SetUnknowns, WithoutP1C1TheReceiverP2C1ComesFirst) {
   EXPECT_EQ(run.ctx.ixP2C1, 0);
 }
 
+TEST(SetUnknowns, WithoutP2C1TheReceiverHasP1C1Alone) {
+  Layout run;
+  Fill(run, Epochs(11, 30, [](long) { return std::vector{Observed(1)}; }));
+  run.header.iPC4 = false;
+  run.ctx.ifEstREC = true;
+  run.ctx.isxP2C1 = true;
+  SetUnknowns(run.ctx);
+  EXPECT_FALSE(run.ctx.isxP2C1);
+  EXPECT_EQ(run.ctx.ixP1C1, 0);
+  EXPECT_EQ(run.ctx.NUnk, 1);
+}
+
 TEST(SetUnknowns, SatelliteBiasNeedsThreeValues) {
   Layout run;
   Fill(run, Epochs(3, 30, [](long i) {
