@@ -58,7 +58,7 @@ void AddOptions(CLI::App& app, Options& o) {
                  "observation file unless given")
       ->option_text("NAME");
   app.add_option("--agency", o.agency, "Agency in the Bias-SINEX, 3 characters")
-      ->option_text("XXX=ZEN");
+      ->option_text("AGENCY=ZEN");
   app.add_option("--inputs", o.inputs,
                  "Folder of the run's input files, for satellite biases in the Bias-SINEX; "
                  "otherwise they are looked for where the report says and beside it")
